@@ -1,0 +1,68 @@
+// Between red, green, blue and hue, lightness, saturation, all on scales from 0 to 255. The hue circle is 255 units
+// long: 42.5 units to a sixth, 85 to a third.
+//
+// Written without branches, so that loops over pixels become vector code.
+#pragma once
+
+#include <algorithm>
+
+namespace ombrix {
+
+/// In place: red, green and blue become hue, lightness and saturation, in this order, truncated. A grey of value v has
+/// hue 0, lightness v and saturation 0.
+inline void Convert_RGB_To_HSL(int* first, int* second, int* third) {
+    const int red = *first;
+    const int green = *second;
+    const int blue = *third;
+    const int highest = std::max(std::max(red, green), blue);
+    const int lowest = std::min(std::min(red, green), blue);
+    const int sum = highest + lowest;
+    const double lightness = 0.5 * sum;
+    const bool isGrey = highest == lowest;
+    const double delta = isGrey ? 1.0 : highest - lowest;
+
+    // 511 and not 510: it keeps the divisor of near-white colours above 0, at the price of a saturation that falls
+    // a little short.
+    const double saturation = 255.0 * delta / (lightness < 128.0 ? std::max(sum, 1) : 511 - highest - lowest);
+
+    const double fromRed = (green - blue) / delta;
+    const double fromGreen = 2.0 + (blue - red) / delta;
+    const double fromBlue = 4.0 + (red - green) / delta;
+    double hue = red == highest ? fromRed : green == highest ? fromGreen : fromBlue;
+    hue = hue * 42.5;
+    hue = hue < 0.0 ? hue + 255.0 : hue > 255.0 ? hue - 255.0 : hue;
+
+    *first = isGrey ? 0 : static_cast<int>(hue);
+    *second = static_cast<int>(lightness);
+    *third = isGrey ? 0 : static_cast<int>(saturation);
+}
+
+/// One channel, 0 to 255 and truncated, of the colour whose lowest and highest channels are m1 and m2 (0.0 to 1.0), at
+/// a hue that may lie one third outside of the circle.
+inline int HLS_Value(double m1, double m2, double hue) {
+    hue = hue > 255.0 ? hue - 255.0 : hue < 0.0 ? hue + 255.0 : hue;
+    const double rising = m1 + (m2 - m1) * hue / 42.5;
+    const double falling = m1 + (m2 - m1) * (170.0 - hue) / 42.5;
+    const double value = hue < 42.5 ? rising : hue < 127.5 ? m2 : hue < 170.0 ? falling : m1;
+    return static_cast<int>(value * 255.0);
+}
+
+/// In place, the inverse: hue, lightness and saturation become red, green and blue. Truncation on the way loses up to
+/// a few units; greys come back exactly.
+inline void Convert_HSL_To_RGB(int* first, int* second, int* third) {
+    const int hue = *first;
+    const int lightness = *second;
+    const int saturation = *third;
+    const double dark = (saturation + 255.0) * lightness / 65025.0;
+    const double bright = ((lightness + saturation) - saturation * lightness / 255.0) / 255.0;
+    const double m2 = lightness <= 127 ? dark : bright;
+    const double m1 = lightness / 127.5 - m2;
+    const int red = HLS_Value(m1, m2, hue + 85.0);
+    const int green = HLS_Value(m1, m2, hue);
+    const int blue = HLS_Value(m1, m2, hue - 85.0);
+    *first = saturation == 0 ? lightness : red;
+    *second = saturation == 0 ? lightness : green;
+    *third = saturation == 0 ? lightness : blue;
+}
+
+}  // namespace ombrix

@@ -1,0 +1,49 @@
+// InvertEffect: the negative of a picture.
+#include "effects/effect_class.h"
+#include "engine/row_walk.h"
+
+namespace ombrix {
+namespace {
+
+/// Replaces each colour channel by its complement.
+struct Negative {
+    Rgb<int> operator()(Rgb<int> source) const { return {255 - source.red, 255 - source.green, 255 - source.blue}; }
+};
+
+struct InvertParams {
+    StdMPEffectParams head;
+};
+
+Negative FormulaOf(const InvertParams&) { return {}; }
+
+std::int32_t InvertPart(MPParamBlock* band) { return WalkBand<InvertParams>(band, FormulaOf); }
+
+std::int32_t InvertMaskedPart(MPParamBlock* band) { return WalkMaskedBand<InvertParams>(band, FormulaOf); }
+
+struct Invert {
+    struct Data {
+        std::uint8_t ignoreAlpha = 0;
+        REALobjectStruct* mask = nullptr;
+    };
+    using Params = InvertParams;
+
+    static std::optional<EffectWorkers> Prepare(Params&) { return EffectWorkers{InvertPart, InvertMaskedPart}; }
+};
+
+using Data = Invert::Data;
+using Class = EffectClass<Invert, InvertEffectClass>;
+static_assert(sizeof(Data) == 16);
+
+constexpr REALpropertyDefinition InvertEffectProperties[] = {
+    StandardProperty("IgnoreAlpha", "Boolean", offsetof(Data, ignoreAlpha)),
+    StandardProperty("Mask", "Picture", offsetof(Data, mask)),
+};
+
+const auto InvertEffectMethods = Class::Methods("Apply(source as Picture,mask as Picture) as Picture",
+                                                "ApplyInPlace(source as Picture,mask as Picture)");
+
+}  // namespace
+
+REALclassDefinition InvertEffectClass = Class::Record("InvertEffect", InvertEffectProperties, InvertEffectMethods);
+
+}  // namespace ombrix

@@ -1,0 +1,128 @@
+// The records through which a plug-in declares its classes and modules to a host, and the two structures that pass
+// between them at run time. This is the whole of what host and plug-in have to agree on besides the services' names.
+//
+// All records are little-endian, in slots of 8 bytes, and static: the host keeps their addresses. Strings are
+// NUL-terminated. A count of 0 goes with a null table.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// A host object (a picture, a point, an effect). Only its address means something to a plug-in.
+struct REALobjectStruct;
+
+/// A class of the host, as `pluginObjectType` hands it out.
+using REALclassRef = struct REALclassStruct*;
+
+/// The address of a function whose real type the declaration beside it tells.
+using REALproc = void (*)();
+
+/// The host's resolver: the entry of a service by name, null when the host has no such service.
+using REALresolver = void* (*)(const char* name);
+
+/// The version of the records below; the first field of every class and module record.
+inline constexpr std::int64_t kDefinitionVersion = 13;
+
+/// One accessor of a property: a function, or one of the two values that stand for none.
+union REALpropertyAccessor {
+    std::intptr_t word;  ///< kStandardAccessor or kNoAccessor
+    REALproc function;   ///< getter (instance, parameter) -> value, or setter (instance, parameter, value)
+};
+/// The host itself reads or stores the value, at the parameter's offset in the class's instance data.
+inline constexpr std::intptr_t kStandardAccessor = -1;
+/// As a setter: the property is read-only.
+inline constexpr std::intptr_t kNoAccessor = 0;
+
+struct REALpropertyDefinition {
+    std::int64_t reserved0;
+    const char* name;
+    const char* type;  ///< "Integer", "Boolean", "Double", "Picture", "Point" or the name of an interface
+    std::int64_t flags;
+    REALpropertyAccessor getter;
+    REALpropertyAccessor setter;
+    std::int64_t parameter;  ///< byte offset for standard accessors, second argument for others
+    std::int64_t reserved56[5];
+};
+static_assert(sizeof(REALpropertyDefinition) == 96);
+static_assert(offsetof(REALpropertyDefinition, name) == 8 && offsetof(REALpropertyDefinition, type) == 16 &&
+              offsetof(REALpropertyDefinition, flags) == 24 && offsetof(REALpropertyDefinition, getter) == 32 &&
+              offsetof(REALpropertyDefinition, setter) == 40 && offsetof(REALpropertyDefinition, parameter) == 48);
+
+struct REALmethodDefinition {
+    REALproc function;  ///< (instance, declared parameters…) in a class, (declared parameters…) in a module
+    std::int64_t reserved8;
+    const char* declaration;  ///< in the host's language, "Apply(source as Picture) as Picture"
+    std::int64_t flags;
+    std::int64_t reserved32[2];
+};
+static_assert(sizeof(REALmethodDefinition) == 48);
+static_assert(offsetof(REALmethodDefinition, declaration) == 16 && offsetof(REALmethodDefinition, flags) == 24);
+
+struct REALconstantDefinition {
+    const char* declaration;  ///< "NAME = value"
+    std::int64_t reserved8[4];
+};
+static_assert(sizeof(REALconstantDefinition) == 40);
+
+struct REALclassDefinition {
+    std::int64_t version;  ///< kDefinitionVersion
+    const char* name;
+    const char* superclass;  ///< null for none
+    std::int64_t dataSize;   ///< bytes of instance data of this class alone, without its superclasses'
+    /// Written by the host before the first instance exists: the byte offset of this class's data in an instance.
+    std::int64_t dataOffset;
+    void (*constructor)(REALobjectStruct* instance);
+    void (*destructor)(REALobjectStruct* instance);
+    const REALpropertyDefinition* properties;
+    std::int64_t propertyCount;
+    const REALmethodDefinition* methods;
+    std::int64_t methodCount;
+    std::int64_t reserved88[4];
+    const char* interfaces;  ///< names separated by commas, no blanks; null for none
+    std::int64_t reserved128[2];
+    const REALconstantDefinition* constants;
+    std::int64_t constantCount;
+    std::uint32_t flags;  ///< kClassConsoleSafe, kClassWebOnly
+    std::uint32_t reserved164;
+    std::int64_t reserved168[9];
+};
+static_assert(sizeof(REALclassDefinition) == 240);
+static_assert(offsetof(REALclassDefinition, dataSize) == 24 && offsetof(REALclassDefinition, dataOffset) == 32 &&
+              offsetof(REALclassDefinition, constructor) == 40 && offsetof(REALclassDefinition, destructor) == 48 &&
+              offsetof(REALclassDefinition, properties) == 56 && offsetof(REALclassDefinition, methods) == 72 &&
+              offsetof(REALclassDefinition, methodCount) == 80 && offsetof(REALclassDefinition, interfaces) == 120 &&
+              offsetof(REALclassDefinition, constants) == 144 && offsetof(REALclassDefinition, constantCount) == 152 &&
+              offsetof(REALclassDefinition, flags) == 160);
+
+/// Flags of a class: usable in programs without a user interface; usable in web programs only.
+inline constexpr std::uint32_t kClassConsoleSafe = 0x4;
+inline constexpr std::uint32_t kClassWebOnly = 0x100;
+
+struct REALmoduleDefinition {
+    std::int64_t version;  ///< kDefinitionVersion
+    const char* name;
+    const REALmethodDefinition* methods;
+    std::int64_t methodCount;
+    const REALconstantDefinition* constants;
+    std::int64_t constantCount;
+    std::int64_t reserved48[18];
+};
+static_assert(sizeof(REALmoduleDefinition) == 192);
+static_assert(offsetof(REALmoduleDefinition, methods) == 16 && offsetof(REALmoduleDefinition, constants) == 32 &&
+              offsetof(REALmoduleDefinition, constantCount) == 40);
+
+/// What a host tells about a locked picture.
+struct REALpictureDescription {
+    std::uint32_t type;  ///< kBitmapContextPicture, or another kind whose data is not a bitmap context
+    std::uint32_t reserved4;
+    void* data;           ///< for kBitmapContextPicture a CGContextRef
+    std::int32_t width;   ///< pixels
+    std::int32_t height;  ///< rows
+    std::int64_t reserved24;
+};
+static_assert(sizeof(REALpictureDescription) == 32);
+static_assert(offsetof(REALpictureDescription, data) == 8 && offsetof(REALpictureDescription, width) == 16 &&
+              offsetof(REALpictureDescription, height) == 20);
+
+/// The picture type that is a bitmap context.
+inline constexpr std::uint32_t kBitmapContextPicture = 8;

@@ -1,0 +1,282 @@
+// Tasks on threads that are kept and reused, and the queues on which tasks tell that they have ended.
+//
+// One mutex guards everything and is held for some instructions at a time only, never while a task runs. A thread
+// posts its task's message and becomes idle under one hold of it: whoever has taken the message finds the thread
+// idle, so a caller that always runs n tasks at once never causes more than n threads.
+#include <pthread.h>
+#include <sched.h>
+#include <signal.h>
+
+#include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <thread>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "platform/multiprocessing.h"
+
+namespace {
+
+// The statuses of the system's own functions, so that a caller can treat both alike.
+constexpr std::int32_t kBadParameter = -50;
+constexpr std::int32_t kDeleted = -29295;
+constexpr std::int32_t kInsufficientResources = -29298;
+constexpr std::int32_t kInvalidId = -29299;
+
+/// Numbers that are never given twice: the name of a deleted queue stays dead, whoever still uses it.
+using Id = std::uintptr_t;
+
+/// What to run, and from then on the message to post: memory for the message is there once the task is.
+struct Task {
+    std::int32_t (*entry)(void*);
+    void* parameter;
+    Id queue;
+    void* termination1;
+    void* termination2;
+    std::int32_t result;
+};
+
+/// Tasks move between lists by splicing, which neither allocates nor fails.
+using Tasks = std::list<Task>;
+
+struct Queue {
+    Tasks messages;
+    bool deleted = false;
+    std::condition_variable changed;
+};
+
+/// A thread without work, waiting to be handed a task. It lies on its thread's stack.
+struct IdleThread {
+    Tasks task;
+    std::condition_variable handedOver;
+    IdleThread* next = nullptr;
+};
+
+struct State {
+    explicit State(Id firstId) : nextId(firstId) {}
+
+    std::shared_ptr<Queue> Find(Id queue) const {
+        const auto found = queues.find(queue);
+        return found == queues.end() ? nullptr : found->second;
+    }
+
+    std::mutex mutex;
+    Id nextId;
+    std::unordered_map<Id, std::shared_ptr<Queue>> queues;
+    IdleThread* idle = nullptr;  // the latest first: its stack is the warmest
+    Tasks spare;                 // finished tasks whose memory the next ones take
+};
+
+/// The state of this process, made when it is first needed. It is never destroyed, since the threads use it until the
+/// process ends, and other code's destructors may still call in here.
+State& Shared() {
+    alignas(State) static std::byte storage[sizeof(State)];
+    static State* const state = [] {
+        // A forked child has none of the threads, and perhaps a mutex that one of them held: it starts afresh.
+        pthread_atfork(nullptr, nullptr, [] {
+            const Id nextId = Shared().nextId;
+            new (storage) State(nextId);
+        });
+        return new (storage) State(1);
+    }();
+    return *state;
+}
+
+/// Threads inherit the mask of their creator: a signal to the process must reach a thread that its program knows of.
+class AllSignalsBlocked {
+  public:
+    AllSignalsBlocked() {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &before_);
+    }
+    ~AllSignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    AllSignalsBlocked(const AllSignalsBlocked&) = delete;
+    AllSignalsBlocked& operator=(const AllSignalsBlocked&) = delete;
+
+  private:
+    sigset_t before_;
+};
+
+/// The life of a thread: runs the task that it was made for, then whatever it is handed, until the process ends.
+[[noreturn]] void RunTasks(Tasks running) {
+    State& state = Shared();
+    IdleThread self;
+    for (;;) {
+        Task& task = running.front();
+        task.result = task.entry(task.parameter);
+
+        std::unique_lock lock(state.mutex);
+        std::shared_ptr<Queue> queue = state.Find(task.queue);
+        Tasks& finished = queue ? queue->messages : state.spare;
+        finished.splice(finished.end(), running);
+        self.next = std::exchange(state.idle, &self);
+        if (queue) {
+            lock.unlock();  // or the woken thread would run into the mutex
+            queue->changed.notify_one();
+            queue.reset();
+            lock.lock();
+        }
+        self.handedOver.wait(lock, [&self] { return !self.task.empty(); });
+        running.splice(running.end(), self.task);
+    }
+}
+
+void StartThread(Tasks task) {
+    const AllSignalsBlocked blocked;
+    std::thread([task = std::move(task)]() mutable { RunTasks(std::move(task)); }).detach();
+}
+
+/// Throws std::system_error or std::bad_alloc when there is no thread for the task; it is not started then.
+void Start(State& state, std::unique_lock<std::mutex>& lock, const Task& task) {
+    Tasks started;
+    if (state.spare.empty()) {
+        started.push_back(task);
+    } else {
+        started.splice(started.end(), state.spare, state.spare.begin());
+        started.front() = task;
+    }
+    if (IdleThread* const thread = state.idle) {
+        state.idle = thread->next;
+        thread->task.splice(thread->task.end(), started);
+        lock.unlock();
+        thread->handedOver.notify_one();
+    } else {
+        lock.unlock();
+        StartThread(std::move(started));
+    }
+}
+
+/// All threads are alike, with the default stack; a task that asks for more cannot be promised any.
+bool FitsTheStack(unsigned long stackSize) {
+    pthread_attr_t attributes;
+    if (stackSize == 0 || pthread_attr_init(&attributes) != 0) {
+        return stackSize == 0;
+    }
+    std::size_t available = 0;
+    pthread_attr_getstacksize(&attributes, &available);
+    pthread_attr_destroy(&attributes);
+    return stackSize <= available;
+}
+
+std::chrono::microseconds Duration(std::int32_t duration) {
+    if (duration < 0) {
+        return std::chrono::microseconds(-std::int64_t{duration});
+    }
+    return std::chrono::milliseconds(duration);
+}
+
+void Store(void** address, void* value) {
+    if (address) {
+        *address = value;
+    }
+}
+
+template <typename Handle>
+Handle ToHandle(Id id) {
+    return reinterpret_cast<Handle>(id);
+}
+
+Id ToId(MPQueueID queue) { return reinterpret_cast<Id>(queue); }
+
+}  // namespace
+
+/// The processors that the calling thread, and so every thread that it starts, may run on.
+unsigned long MPProcessorsScheduled(void) {
+    std::vector<cpu_set_t> mask(1);
+    // The kernel refuses a mask that is smaller than its own; larger ones are found by trying.
+    while (sched_getaffinity(0, mask.size() * sizeof(cpu_set_t), mask.data()) != 0) {
+        if (errno != EINVAL || mask.size() >= 1024) {
+            return 1;
+        }
+        mask.resize(2 * mask.size());
+    }
+    return static_cast<unsigned long>(CPU_COUNT_S(mask.size() * sizeof(cpu_set_t), mask.data()));
+}
+
+std::int32_t MPCreateQueue(MPQueueID* queue) {
+    if (!queue) {
+        return kBadParameter;
+    }
+    try {
+        auto created = std::make_shared<Queue>();
+        State& state = Shared();
+        const std::lock_guard lock(state.mutex);
+        state.queues.emplace(state.nextId, std::move(created));
+        *queue = ToHandle<MPQueueID>(state.nextId++);
+        return 0;
+    } catch (const std::exception&) {
+        return kInsufficientResources;
+    }
+}
+
+std::int32_t MPCreateTask(std::int32_t (*entry)(void*), void* parameter, unsigned long stackSize, MPQueueID notifyQueue,
+                          void* termination1, void* termination2, std::uint32_t options, MPTaskID* task) {
+    if (!entry || options != 0) {
+        return kBadParameter;
+    }
+    if (!FitsTheStack(stackSize)) {
+        return kInsufficientResources;
+    }
+    try {
+        State& state = Shared();
+        std::unique_lock lock(state.mutex);
+        if (notifyQueue && !state.Find(ToId(notifyQueue))) {
+            return kInvalidId;
+        }
+        const Id id = state.nextId++;
+        Start(state, lock, {entry, parameter, ToId(notifyQueue), termination1, termination2, 0});
+        if (task) {
+            *task = ToHandle<MPTaskID>(id);
+        }
+        return 0;
+    } catch (const std::exception&) {
+        return kInsufficientResources;
+    }
+}
+
+std::int32_t MPWaitOnQueue(MPQueueID queue, void** parameter1, void** parameter2, void** parameter3,
+                           std::int32_t duration) {
+    State& state = Shared();
+    std::unique_lock lock(state.mutex);
+    // Held for as long as the wait lasts, so that a deletion meanwhile leaves something to wait on.
+    const std::shared_ptr<Queue> waited = state.Find(ToId(queue));
+    if (!waited) {
+        return kInvalidId;
+    }
+    const auto changed = [&waited] { return waited->deleted || !waited->messages.empty(); };
+    if (duration == kWaitForever) {
+        waited->changed.wait(lock, changed);
+    } else if (!waited->changed.wait_for(lock, Duration(duration), changed)) {
+        return kWaitTimedOut;
+    }
+    if (waited->deleted) {
+        return kDeleted;
+    }
+    const Task& message = waited->messages.front();
+    Store(parameter1, message.termination1);
+    Store(parameter2, message.termination2);
+    Store(parameter3, ToHandle<void*>(static_cast<Id>(static_cast<std::intptr_t>(message.result))));
+    state.spare.splice(state.spare.end(), waited->messages, waited->messages.begin());
+    return 0;
+}
+
+std::int32_t MPDeleteQueue(MPQueueID queue) {
+    State& state = Shared();
+    const std::lock_guard lock(state.mutex);
+    const auto found = state.queues.find(ToId(queue));
+    if (found == state.queues.end()) {
+        return kInvalidId;
+    }
+    found->second->deleted = true;
+    found->second->changed.notify_all();
+    state.spare.splice(state.spare.end(), found->second->messages);
+    state.queues.erase(found);
+    return 0;
+}
