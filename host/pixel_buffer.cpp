@@ -1,0 +1,54 @@
+#include "host/pixel_buffer.h"
+
+#include <cstdlib>
+#include <limits>
+
+namespace ombrix::host {
+namespace {
+
+constexpr std::int64_t kAlignment = 64;  // bytes, of the base address and of every row
+/// Plug-ins hold widths, heights and row bytes in 32 bits.
+constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t kMostBytes = std::int64_t{1} << 39;
+
+/// `depth` bits times `width`, up to the next multiple of the alignment. The width is at most kMost.
+std::int64_t PaddedRowBytes(std::int64_t width, std::int64_t depth) {
+    return (width * (depth / 8) + kAlignment - 1) / kAlignment * kAlignment;
+}
+
+}  // namespace
+
+std::string PixelBuffer::Objection(std::int64_t width, std::int64_t height, std::int64_t depth) {
+    if (depth != 16 && depth != 24 && depth != 32) {
+        return "a picture has 16, 24 or 32 bits per pixel, not " + std::to_string(depth);
+    }
+    const std::string size = std::to_string(width) + " x " + std::to_string(height) + " pixels";
+    if (width < 0 || height < 0) return "there is no size of " + size;
+    if (width > kMost || height > kMost || PaddedRowBytes(width, depth) > kMost) {
+        return size + " of " + std::to_string(depth) + " bits are more than a plug-in can address";
+    }
+    if (height > 0 && PaddedRowBytes(width, depth) > kMostBytes / height) {
+        return size + " of " + std::to_string(depth) + " bits do not fit into memory";
+    }
+    return {};
+}
+
+std::unique_ptr<PixelBuffer> PixelBuffer::Make(std::int64_t width, std::int64_t height, std::int64_t depth) {
+    if (!Objection(width, height, depth).empty()) return nullptr;
+    const std::int64_t rowBytes = PaddedRowBytes(width, depth);
+    auto buffer = std::make_unique<PixelBuffer>();
+    // calloc takes large blocks from the system as zeros: they are not written twice.
+    buffer->memory_.reset(std::calloc(1, static_cast<std::size_t>(rowBytes * height + kAlignment)));
+    if (!buffer->memory_) return nullptr;
+    const auto address = reinterpret_cast<std::uintptr_t>(buffer->memory_.get());
+    const std::uintptr_t toBase = (kAlignment - address % kAlignment) % kAlignment;
+    buffer->view_ = {static_cast<std::uint8_t*>(buffer->memory_.get()) + toBase, rowBytes, width, height,
+                     static_cast<int>(depth)};
+    buffer->context_.reset(OmbrixBitmapContextCreate(buffer->view_.base, static_cast<std::size_t>(rowBytes),
+                                                     static_cast<std::size_t>(depth)));
+    return buffer->context_ ? std::move(buffer) : nullptr;
+}
+
+void PixelBuffer::Free::operator()(void* memory) const { std::free(memory); }
+
+}  // namespace ombrix::host

@@ -1,0 +1,42 @@
+#include "host/plugin_file.h"
+
+#include <dlfcn.h>
+
+#include "host/error.h"
+#include "host/text.h"
+#include "platform/bitmap_context.h"
+
+namespace ombrix::host {
+namespace {
+
+/// Plug-ins leave the platform's functions undefined. Where the program itself was linked with the platform they are
+/// found; where this library came as part of something that was loaded, the platform is known to that alone.
+void MakePlatformVisible() {
+    Dl_info platform;
+    if (dladdr(reinterpret_cast<void*>(&OmbrixBitmapContextCreate), &platform) == 0) return;
+    void* handle = dlopen(platform.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_GLOBAL);
+    if (handle != nullptr) dlclose(handle);
+}
+
+}  // namespace
+
+PluginFile::PluginFile(const std::filesystem::path& path) : path_(path.string()) {
+    const std::string name = Quoted(path_);
+    std::error_code status;
+    if (!std::filesystem::exists(path, status)) throw Error("there is no plug-in file " + name);
+    if (!std::filesystem::is_regular_file(path, status)) throw Error(name + " is no file, so it cannot be a plug-in");
+
+    MakePlatformVisible();
+    // Without a folder in its name, a library would be looked for among the system's.
+    library_.reset(dlopen(std::filesystem::absolute(path).c_str(), RTLD_NOW | RTLD_LOCAL));
+    if (!library_) {
+        const char* reason = dlerror();
+        throw Error(name + " cannot be loaded as a plug-in: " + (reason != nullptr ? reason : "no reason was given"));
+    }
+    entry_ = reinterpret_cast<void (*)(REALresolver)>(dlsym(library_.get(), "REALPluginMain"));
+    if (entry_ == nullptr) throw Error(name + " is a shared object, but no plug-in: it has no function REALPluginMain");
+}
+
+void PluginFile::Close::operator()(void* library) const { dlclose(library); }
+
+}  // namespace ombrix::host
