@@ -1,0 +1,37 @@
+#include <string>
+#include <system_error>
+
+#include "cli/failure.h"
+#include "cli/session.h"
+
+namespace ombrix::cli {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The standard plug-in's file: built, it lies next to the command; installed, in a library folder beside it.
+fs::path StandardPlugin() {
+    std::error_code error;
+    const fs::path folder = fs::read_symlink("/proc/self/exe", error).parent_path();
+    const fs::path beside = folder / "libombrix.so";
+    const fs::path installed = folder / "../lib/ombrix/libombrix.so";
+    for (const fs::path& candidate : {beside, installed}) {
+        if (fs::exists(candidate, error)) return candidate.lexically_normal();
+    }
+    throw WorkError("the standard plug-in is missing: it belongs at " + beside.string() + " or " +
+                    installed.lexically_normal().string());
+}
+
+}  // namespace
+
+void LoadPlugins(host::Host& host, const Options& options) {
+    host.Load(StandardPlugin());
+    for (const fs::path& plugin : options.plugins) {
+        if (!fs::exists(plugin)) throw WorkError("there is no plug-in file " + plugin.string());
+        // A bare name would be looked for in the system's library folders.
+        host.Load(fs::absolute(plugin));
+    }
+}
+
+}  // namespace ombrix::cli
