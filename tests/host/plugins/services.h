@@ -1,0 +1,55 @@
+// The host's services by their types, for the plug-ins of these tests and for tests that call a service themselves.
+#pragma once
+
+#include <cstdint>
+#include <type_traits>
+
+#include "frame/definition_records.h"
+
+/// What these plug-ins export beside their entry: the resolver that the host gave them.
+using GivenResolverFunction = REALresolver (*)();
+
+struct Services {
+    explicit Services(REALresolver resolver) {
+        const auto find = [&](auto& entry, const char* name) {
+            entry = reinterpret_cast<std::remove_reference_t<decltype(entry)>>(resolver(name));
+        };
+        find(registerClass, "PluginRegisterClass");
+        find(registerModule, "PluginRegisterModule");
+        find(registerPluginVersion, "RegisterPluginVersion");
+        find(version, "REALGetRBVersion");
+        find(findClass, "pluginObjectType");
+        find(createInstance, "CreateInstance");
+        find(loadMethod, "REALLoadObjectMethod");
+        find(objectProperty, "REALGetPropValueObject");
+        find(integerProperty, "REALGetPropValueInteger");
+        find(lockDescription, "REALLockPictureDescription");
+        find(lockNative, "lockPictureDescription");
+        find(unlockDescription, "unlockPictureDescription");
+        find(lockObject, "REALLockObject");
+        find(unlockObject, "REALUnlockObject");
+    }
+
+    void (*registerClass)(REALclassDefinition*);
+    void (*registerModule)(REALmoduleDefinition*);
+    void (*registerPluginVersion)(std::int32_t);
+    double (*version)();
+    REALclassRef (*findClass)(const char*);
+    REALobjectStruct* (*createInstance)(REALclassRef);
+    void* (*loadMethod)(REALobjectStruct*, const char*);
+    bool (*objectProperty)(REALobjectStruct*, const char*, REALobjectStruct**);
+    bool (*integerProperty)(REALobjectStruct*, const char*, std::int64_t*);
+    bool (*lockDescription)(REALobjectStruct*, REALpictureDescription*, std::uint32_t);
+    bool (*lockNative)(REALobjectStruct*, REALpictureDescription*);
+    void (*unlockDescription)(REALobjectStruct*);
+    void (*lockObject)(REALobjectStruct*);
+    void (*unlockObject)(REALobjectStruct*);
+};
+
+/// The data of a class in an instance.
+template <class Data>
+Data* DataOf(REALobjectStruct* instance, const REALclassDefinition& definition) {
+    return reinterpret_cast<Data*>(reinterpret_cast<char*>(instance) + definition.dataOffset);
+}
+
+#define OMBRIX_TEST_EXPORT extern "C" __attribute__((visibility("default")))
