@@ -57,7 +57,7 @@ Picture Host::NewPicture(std::int64_t width, std::int64_t height, std::int64_t d
     const std::string objection = PixelBuffer::Objection(width, height, depth);
     if (!objection.empty()) throw Error("a picture cannot be made: " + objection);
     Picture picture(New(kPictureClass));
-    if (!PictureOf(picture.Handle()).MakeBitmap(host, width, height, depth)) {
+    if (!PictureOf(picture.Handle()).MakeBitmap(host, width, height, depth, Content::Zeros)) {
         throw Error("there is no memory for a picture of " + std::to_string(width) + " x " + std::to_string(height) +
                     " pixels of " + std::to_string(depth) + " bits");
     }

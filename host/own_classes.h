@@ -30,9 +30,10 @@ struct PictureData {
     bool isDrawing = false;
     REALobjectStruct* mask = nullptr;  ///< held
 
-    /// Takes on a size and depth, with pixels of 0 and no mask. When that cannot be, it has no pixels afterwards, and
-    /// this answers false.
-    bool MakeBitmap(HostState& host, std::int64_t newWidth, std::int64_t newHeight, std::int64_t newDepth);
+    /// Takes on a size and depth, and no mask. When that cannot be, it has no pixels afterwards, and this answers
+    /// false.
+    bool MakeBitmap(HostState& host, std::int64_t newWidth, std::int64_t newHeight, std::int64_t newDepth,
+                    Content content);
     /// Why `newMask` cannot be the mask of `self`, this data's picture; empty when it can.
     std::string ObjectionToMask(REALobjectStruct* self, REALobjectStruct* newMask) const;
     void SetMask(HostState& host, REALobjectStruct* newMask);

@@ -13,7 +13,8 @@ namespace ombrix::host {
 ///
 /// A 32-bit pixel is four bytes: alpha (255 is opaque), red, green, blue. A 24-bit pixel is red, green, blue. A 16-bit
 /// pixel is a little-endian word with 5 bits each of red, green and blue, blue lowest. Rows are padded to a multiple
-/// of 64 bytes. A new picture's bytes are 0.
+/// of 64 bytes. The bytes of a picture from Host::NewPicture are 0. What a plug-in makes holds what the plug-in wrote,
+/// and before that what the memory held: of an effect's result, look at ErrorCode first.
 class Picture : public Object {
   public:
     Picture() = default;

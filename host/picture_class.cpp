@@ -23,7 +23,8 @@ void ConstructBitmap(REALobjectStruct* picture, std::int64_t width, std::int64_t
             host.watch.Fault("called Picture.Constructor on a picture that is locked");
             return;
         }
-        PictureOf(picture).MakeBitmap(host, width, height, depth);
+        // Effects write every pixel of the pictures that they make, so these need not be cleared before.
+        PictureOf(picture).MakeBitmap(host, width, height, depth, Content::Any);
     });
 }
 
@@ -96,10 +97,11 @@ PictureData& PictureOf(REALobjectStruct* picture) {
     return *static_cast<PictureData*>(ClassData(picture, pictureDefinition));
 }
 
-bool PictureData::MakeBitmap(HostState& host, std::int64_t newWidth, std::int64_t newHeight, std::int64_t newDepth) {
+bool PictureData::MakeBitmap(HostState& host, std::int64_t newWidth, std::int64_t newHeight, std::int64_t newDepth,
+                             Content content) {
     SetMask(host, nullptr);
     pixels.reset();  // before the new ones: there may not be memory for both
-    pixels = PixelBuffer::Make(newWidth, newHeight, newDepth);
+    pixels = PixelBuffer::Make(newWidth, newHeight, newDepth, content);
     isDrawing = false;
     width = pixels ? newWidth : 0;
     height = pixels ? newHeight : 0;
@@ -133,7 +135,7 @@ REALobjectStruct* PictureData::Mask(HostState& host, bool create) {
     if (mask != nullptr || !create) return mask;
     REALobjectStruct* made = host.objects.Create(*host.registry.FindClass(kPictureClass));
     if (made == nullptr) return nullptr;
-    if (PictureOf(made).MakeBitmap(host, width, height, 32)) {
+    if (PictureOf(made).MakeBitmap(host, width, height, 32, Content::Zeros)) {
         const PixelView& view = PictureOf(made).pixels->View();
         for (std::int64_t y = 0; y < height; ++y) std::memset(view.Row(y), 0xff, view.UsedRowBytes());
         SetMask(host, made);

@@ -1,7 +1,8 @@
 #include "host/pixel_buffer.h"
 
-#include <cstdlib>
+#include <cstring>
 #include <limits>
+#include <utility>
 
 namespace ombrix::host {
 namespace {
@@ -33,22 +34,30 @@ std::string PixelBuffer::Objection(std::int64_t width, std::int64_t height, std:
     return {};
 }
 
-std::unique_ptr<PixelBuffer> PixelBuffer::Make(std::int64_t width, std::int64_t height, std::int64_t depth) {
+std::unique_ptr<PixelBuffer> PixelBuffer::Make(std::int64_t width, std::int64_t height, std::int64_t depth,
+                                               Content content) {
     if (!Objection(width, height, depth).empty()) return nullptr;
     const std::int64_t rowBytes = PaddedRowBytes(width, depth);
     auto buffer = std::make_unique<PixelBuffer>();
-    // calloc takes large blocks from the system as zeros: they are not written twice.
-    buffer->memory_.reset(std::calloc(1, static_cast<std::size_t>(rowBytes * height + kAlignment)));
+    buffer->memory_ = TakePixelMemory(static_cast<std::size_t>(rowBytes * height), content);
     if (!buffer->memory_) return nullptr;
-    const auto address = reinterpret_cast<std::uintptr_t>(buffer->memory_.get());
-    const std::uintptr_t toBase = (kAlignment - address % kAlignment) % kAlignment;
-    buffer->view_ = {static_cast<std::uint8_t*>(buffer->memory_.get()) + toBase, rowBytes, width, height,
-                     static_cast<int>(depth)};
+    buffer->holdsAnything_ = content == Content::Any;
+    buffer->view_ = {buffer->memory_.get(), rowBytes, width, height, static_cast<int>(depth)};
     buffer->context_.reset(OmbrixBitmapContextCreate(buffer->view_.base, static_cast<std::size_t>(rowBytes),
                                                      static_cast<std::size_t>(depth)));
     return buffer->context_ ? std::move(buffer) : nullptr;
 }
 
-void PixelBuffer::Free::operator()(void* memory) const { std::free(memory); }
+const PixelView& PixelBuffer::View() {
+    if (std::exchange(holdsAnything_, false)) {
+        std::memset(view_.base, 0, static_cast<std::size_t>(view_.rowBytes * view_.height));
+    }
+    return view_;
+}
+
+CGContextRef PixelBuffer::Context() {
+    holdsAnything_ = false;
+    return context_.get();
+}
 
 }  // namespace ombrix::host

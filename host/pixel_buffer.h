@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "host/pixel_memory.h"
 #include "platform/bitmap_context.h"
 
 namespace ombrix::host {
@@ -29,22 +30,23 @@ class PixelBuffer {
   public:
     /// Why there can be no buffer of this size and depth, as the end of a sentence; empty when there can.
     static std::string Objection(std::int64_t width, std::int64_t height, std::int64_t depth);
-    /// Pixels of 0; null when there is an objection or no memory.
-    static std::unique_ptr<PixelBuffer> Make(std::int64_t width, std::int64_t height, std::int64_t depth);
+    /// Null when there is an objection or no memory.
+    static std::unique_ptr<PixelBuffer> Make(std::int64_t width, std::int64_t height, std::int64_t depth,
+                                             Content content);
 
-    const PixelView& View() const { return view_; }
-    CGContextRef Context() const { return context_.get(); }
+    /// The pixels; those of a buffer made for any content are 0 from here on, if nobody had the context before.
+    const PixelView& View();
+    /// For plug-ins. Who gets the context of a buffer made for any content finds there what the memory held before.
+    CGContextRef Context();
 
   private:
-    struct Free {
-        void operator()(void* memory) const;
-    };
     struct ReleaseContext {
         void operator()(CGContextRef context) const { OmbrixBitmapContextRelease(context); }
     };
-    std::unique_ptr<void, Free> memory_;
+    PixelMemory memory_;
     std::unique_ptr<CGContext, ReleaseContext> context_;
     PixelView view_;
+    bool holdsAnything_ = false;
 };
 
 }  // namespace ombrix::host
