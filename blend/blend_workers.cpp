@@ -1,109 +1,111 @@
 #include "blend/blend_workers.h"
 
 #include <cstring>
+#include <type_traits>
 
 #include "blend/formulas.h"
+#include "engine/instruction_level.h"
 #include "engine/row_walk.h"
+#include "engine/stream_copy.h"
+#include "engine/word_kernel.h"
 
 namespace ombrix {
 
-/// The covered pixels of one row.
-struct CoveredPixels {
-    const std::uint8_t* source;
-    const std::uint8_t* fill;
-    const std::uint8_t* mask;  ///< null without a fill mask
-    std::uint8_t* destination;
-    std::int64_t count;
-};
-
-using BlendKernel = void (*)(const BlendParams& params, const CoveredPixels& pixels);
-
-/// The loops of one mode over pixels that have four bytes in all buffers, by [with opacity][with fill mask].
+/// The loops of one mode, by [with opacity][with fill mask].
 struct BlendKernels {
-    BlendKernel byOpacityAndMask[2][2];
+    WordKernel byOpacityAndMask[2][2];
 };
 
 namespace {
 
 /// Mixes by weights of 256 for 1.0; the quotient is cut.
 struct OpacityMix {
-    explicit OpacityMix(const BlendParams& params)
-        : sourceWeight(static_cast<int>(params.sourceWeight)), fillWeight(static_cast<int>(params.fillWeight)) {}
-
     int sourceWeight;
     int fillWeight;
 
+    template <class Value>
+    Value Mix(Value s, Value blended) const {
+        return (s * sourceWeight + blended * fillWeight) >> 8;
+    }
     Rgb<int> operator()(Rgb<int> s, Rgb<int> blended) const {
         return {Mix(s.red, blended.red), Mix(s.green, blended.green), Mix(s.blue, blended.blue)};
     }
-    int Mix(int s, int blended) const { return (s * sourceWeight + blended * fillWeight) >> 8; }
 };
 
-/// Mixes by the fill mask, of which red alone counts: black keeps the blended colour, white brings the source back.
-/// Unlike the mask of the other effects, black scales by 255/256 too: a blended 255 becomes 254.
-Rgb<int> MixByFillMask(Rgb<int> s, Rgb<int> blended, int mask) {
-    const auto mix = [mask](int source, int value) { return (source * mask + (255 - mask) * value) >> 8; };
-    return {mix(s.red, blended.red), mix(s.green, blended.green), mix(s.blue, blended.blue)};
+/// Mixes by the fill mask: black keeps the blended colour, white brings the source back. Unlike the mask of the other
+/// effects, black scales by 255/256 too: a blended 255 becomes 254.
+template <class Value>
+Value MixByFillMask(Value s, Value blended, Value mask) {
+    return (s * mask + (255 - mask) * blended) >> 8;
 }
 
+/// The fill mask, of which red alone counts, for all bytes of a block.
+class BlockMask {
+  public:
+    BlockMask(const std::uint8_t* mask, const WordFormat& format) {
+        for (int x = 0; x < kBlockPixels; ++x) {
+            const auto red = static_cast<std::uint32_t>(ColourOf(LoadWord(mask + 4 * x), format).red);
+            StoreWord(units_ + 4 * x, red | red << 16);
+        }
+    }
+    Lane At(Place place) const { return {LoadUnit(units_ + 2 * place.unit)}; }
+
+  private:
+    alignas(kBlockBytes) std::uint8_t units_[kBlockBytes];
+};
+
+struct NoMask {
+    NoMask(const std::uint8_t*, const WordFormat&) {}
+};
+
+template <class Formula>
+concept WorksOnBytes = requires(Formula formula, Lane lane) {
+    formula.OfBytes(lane, lane);
+};
+
 template <class Formula, bool withOpacity, bool withMask>
-void BlendWords(const BlendParams& params, const CoveredPixels& covered) {
-    RunAtBestLevel([&params, &covered] {
-        const CoveredPixels pixels = covered;  // in registers: what is stored below could be part of the original
+void RunBlend(const void* opacityMix, const WordPixels& pixelsOfCall) {
+    RunAtBestLevel([opacityMix, &pixelsOfCall] {
+        // In registers: what is stored below could be part of the originals.
+        const OpacityMix mix = *static_cast<const OpacityMix*>(opacityMix);
+        const WordPixels pixels = pixelsOfCall;
         const WordFormat format{PixelFormat(4)};
-        const OpacityMix mixByOpacity(params);
-        OMBRIX_INDEPENDENT_PIXELS
-        for (std::int64_t x = 0; x < pixels.count; ++x) {
-            const std::uint32_t word = LoadWord(pixels.source + 4 * x);
-            const Rgb<int> colour = ColourOf(word, format);
-            Rgb<int> result = Formula()(colour, ColourOf(LoadWord(pixels.fill + 4 * x), format));
-            if constexpr (withOpacity) result = mixByOpacity(colour, result);
-            if constexpr (withMask) {
-                result = MixByFillMask(colour, result, ColourOf(LoadWord(pixels.mask + 4 * x), format).red);
-            }
-            StoreWord(pixels.destination + 4 * x, (word & format.fourthMask) | WordOf(result, format));
+        if constexpr (WorksOnBytes<Formula>) {
+            ForEachByte(pixels, format, [&mix, &format](const WordPixels& block) {
+                const std::conditional_t<withMask, BlockMask, NoMask> mask(block.mask, format);
+                return [&mix, mask, fill = block.fill](Place place, Lane s) {
+                    const std::uint16_t unit = LoadUnit(fill + 2 * place.unit);
+                    Lane result = Formula().OfBytes(s, place.half == 0 ? LowerByte(unit) : UpperByte(unit));
+                    if constexpr (withOpacity) result = mix.Mix(s, result);
+                    if constexpr (withMask) result = MixByFillMask(s, result, mask.At(place));
+                    return result;
+                };
+            });
+        } else {
+            ForEachColour(pixels, format, [&pixels, &format, &mix](std::int64_t x, Rgb<int> s) {
+                Rgb<int> result = Formula()(s, ColourOf(LoadWord(pixels.fill + 4 * x), format));
+                if constexpr (withOpacity) result = mix(s, result);
+                if constexpr (withMask) {
+                    const int mask = ColourOf(LoadWord(pixels.mask + 4 * x), format).red;
+                    result = {MixByFillMask(s.red, result.red, mask), MixByFillMask(s.green, result.green, mask),
+                              MixByFillMask(s.blue, result.blue, mask)};
+                }
+                return result;
+            });
         }
     });
 }
 
 template <class Formula>
 constexpr BlendKernels KernelsOf() {
-    return {{{BlendWords<Formula, false, false>, BlendWords<Formula, false, true>},
-             {BlendWords<Formula, true, false>, BlendWords<Formula, true, true>}}};
+    return {{{RunBlend<Formula, false, false>, RunBlend<Formula, false, true>},
+             {RunBlend<Formula, true, false>, RunBlend<Formula, true, true>}}};
 }
 
 #define OMBRIX_KERNELS(name, formula) KernelsOf<formula>(),
 constexpr BlendKernels kModeKernels[] = {OMBRIX_BLEND_MODES(OMBRIX_KERNELS)};
 #undef OMBRIX_KERNELS
 constexpr BlendKernels kNormalKernels = KernelsOf<Normal>();
-
-/// The same for any mix of depths, a pixel at a time by the mode's proc.
-void BlendAnyDepths(const BlendParams& params, const CoveredPixels& pixels, bool withOpacity) {
-    const PixelFormat image(params.head.bytesPerPixel);
-    const PixelFormat fillImage(static_cast<std::int32_t>(params.fillBytesPerPixel));
-    const PixelFormat maskImage(pixels.mask ? params.head.maskBytesPerPixel : 4);
-    const PixelFormat procs(4);
-    const OpacityMix mixByOpacity(params);
-    for (std::int64_t x = 0; x < pixels.count; ++x) {
-        const std::uint8_t* source = pixels.source + x * image.bytesPerPixel;
-        std::uint8_t* destination = pixels.destination + x * image.bytesPerPixel;
-        const Rgb<int> colour = ReadColour(source, image);
-        Rgb<int> result = ReadColour(pixels.fill + x * fillImage.bytesPerPixel, fillImage);
-        if (params.blendProc) {
-            std::uint8_t s[4] = {}, f[4] = {}, blended[4];
-            WriteColour(s, procs, colour);
-            WriteColour(f, procs, result);
-            params.blendProc(s, f, blended);
-            result = ReadColour(blended, procs);
-        }
-        if (withOpacity) result = mixByOpacity(colour, result);
-        if (pixels.mask) {
-            result = MixByFillMask(colour, result, pixels.mask[x * maskImage.bytesPerPixel + maskImage.red]);
-        }
-        if (image.bytesPerPixel == 4) destination[image.fourth] = source[image.fourth];
-        WriteColour(destination, image, result);
-    }
-}
 
 /// A worker: copies what is not covered and blends what is.
 template <bool withOpacity, bool withMask>
@@ -112,9 +114,11 @@ std::int32_t BlendBand(const MPParamBlock* band) {
     StdMPEffectParams& head = params.head;
     const std::int64_t bytes = head.bytesPerPixel;
     const std::int64_t width = head.generic.width;
-    const bool allWords = bytes == 4 && params.fillBytesPerPixel == 4 && (!withMask || head.maskBytesPerPixel == 4);
     const bool coversColumns = params.regionLeft < params.regionRight;
-    return ForEachRow(band, head.generic, [&](std::int64_t row) {
+    const WordKernel kernel = params.kernels->byOpacityAndMask[withOpacity][withMask];
+    const OpacityMix mix{static_cast<int>(params.sourceWeight), static_cast<int>(params.fillWeight)};
+    const bool isStreamed = ShouldStream(head);
+    ForEachRow(band, head.generic, [&](std::int64_t row) {
         const std::uint8_t* source = head.srcBase + row * head.srcRowBytes;
         std::uint8_t* destination = head.dstBase + row * head.dstRowBytes;
         const auto copy = [&](std::int64_t from, std::int64_t to) {
@@ -126,19 +130,20 @@ std::int32_t BlendBand(const MPParamBlock* band) {
         }
         copy(0, params.regionLeft);
         const std::int64_t fillRow = row - params.fillOriginY;
-        const CoveredPixels pixels{
-            .source = source + params.regionLeft * bytes,
-            .fill = params.fillBase + fillRow * params.fillRowBytes + params.fillXOffset,
-            .mask = withMask ? head.maskBase + fillRow * head.maskRowBytes + params.maskXOffset : nullptr,
-            .destination = destination + params.regionLeft * bytes,
-            .count = params.regionRight - params.regionLeft};
-        if (allWords) {
-            params.kernels->byOpacityAndMask[withOpacity][withMask](params, pixels);
-        } else {
-            BlendAnyDepths(params, pixels, withOpacity);
+        RowJob job{.source = {source + params.regionLeft * bytes, head.bytesPerPixel},
+                   .fill = {params.fillBase + fillRow * params.fillRowBytes + params.fillXOffset,
+                            static_cast<std::int32_t>(params.fillBytesPerPixel)},
+                   .destination = destination + params.regionLeft * bytes,
+                   .count = params.regionRight - params.regionLeft,
+                   .isStreamed = isStreamed};
+        if (withMask) {
+            job.mask = {head.maskBase + fillRow * head.maskRowBytes + params.maskXOffset, head.maskBytesPerPixel};
         }
+        WalkRow(job, kernel, &mix);
         copy(params.regionRight, width);
     });
+    if (isStreamed) StreamFence();
+    return 0;
 }
 
 }  // namespace

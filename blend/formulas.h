@@ -6,90 +6,193 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdlib>
+#include <type_traits>
 
 #include "blend/colour_spaces.h"
+#include "engine/lane.h"
+#include "engine/luma.h"
 #include "engine/pixel.h"
 
 namespace ombrix {
 
 // ---- Modes that work on each channel by itself -----------------------------------------------------------------
+//
+// Each is a function of two channel values: for `int` and, where no step leaves 0 to 65535, for `Lane` as well.
 
-/// Applies a function of two channel values to all three channels.
-template <int (*value)(int source, int fill)>
+/// Applies such a function to all three channels.
+template <class Mode>
 struct PerChannel {
     Rgb<int> operator()(Rgb<int> s, Rgb<int> f) const {
-        return {value(s.red, f.red), value(s.green, f.green), value(s.blue, f.blue)};
+        return {Mode()(s.red, f.red), Mode()(s.green, f.green), Mode()(s.blue, f.blue)};
     }
+
+    /// What it does to a byte, whichever channel that is.
+    Lane OfBytes(Lane s, Lane f) const requires std::is_invocable_v<Mode, Lane, Lane> { return Mode()(s, f); }
 };
 
 /// Divides by 256: white on white gives 254, and whatever is multiplied loses up to one step.
-inline int MultiplyValue(int s, int f) { return s * f >> 8; }
+struct MultiplyValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        return s * f >> 8;
+    }
+};
 
-inline int ScreenValue(int s, int f) { return 255 - (255 - s) * (255 - f) / 255; }
+struct ScreenValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        return 255 - (255 - s) * (255 - f) / 255;
+    }
+};
 
 /// Multiplies where `chooser` is dark and screens where it is bright. 127 in both branches, not 127.5: the result jumps
 /// by up to one step more than expected in the middle, and reaches both ends.
-inline int MultiplyOrScreen(int chooser, int s, int f) {
-    return chooser < 128 ? s * f / 127 : 255 - (255 - s) * (255 - f) / 127;
+template <class Value>
+Value MultiplyOrScreen(Value chooser, Value s, Value f) {
+    const bool isDark = chooser < 128;
+    const Value product = (isDark ? s : 255 - s) * (isDark ? f : 255 - f);
+    const Value quotient = product / 127;
+    return isDark ? quotient : 255 - quotient;
 }
 
-inline int OverlayValue(int s, int f) { return MultiplyOrScreen(s, s, f); }
+struct OverlayValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        return MultiplyOrScreen(s, s, f);
+    }
+};
 
-inline int HardLightValue(int s, int f) { return MultiplyOrScreen(f, s, f); }
+struct HardLightValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        return MultiplyOrScreen(f, s, f);
+    }
+};
 
-inline int DarkenValue(int s, int f) { return std::min(s, f); }
+struct DarkenValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        return Min(s, f);
+    }
+};
 
-inline int LightenValue(int s, int f) { return std::max(s, f); }
+struct LightenValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        return Max(s, f);
+    }
+};
+
+/// A quotient of whole numbers below 65536, truncated. Single precision gives the same for every pair that the modes
+/// divide, and unlike whole numbers can be divided many at a time.
+inline int Quotient(int dividend, int divisor) {
+    return static_cast<int>(static_cast<float>(dividend) / static_cast<float>(divisor));
+}
 
 /// A white fill gives white even on black.
-inline int ColorDodgeValue(int s, int f) {
-    const int quotient = s * 256 / std::max(255 - f, 1);
-    return f == 255 ? 255 : std::min(quotient, 255);
-}
+struct ColorDodgeValue {
+    int operator()(int s, int f) const {
+        const int quotient = Quotient(s * 256, Max(255 - f, 1));
+        return f == 255 ? 255 : Min(quotient, 255);
+    }
+};
 
 /// A black fill gives black even on white.
-inline int ColorBurnValue(int s, int f) {
-    const int quotient = (255 - s) * 256 / std::max(f, 1);
-    return f == 0 ? 0 : 255 - std::min(quotient, 255);
-}
+struct ColorBurnValue {
+    int operator()(int s, int f) const {
+        const int quotient = Quotient((255 - s) * 256, Max(f, 1));
+        return f == 0 ? 0 : 255 - Min(quotient, 255);
+    }
+};
 
 /// Each term is cut by itself, so a fill of the middle value does not leave the source quite as it was.
-inline int SoftLightValue(int s, int f) { return ClampToByte((s * s >> 8) + (s * f >> 7) - (s * s * f >> 15)); }
+struct SoftLightValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        const Value square = s * s;
+        return Min((square >> 8) + (s * f >> 7) - HighProduct(square, 2 * f), 255);
+    }
+};
 
-inline int DifferenceValue(int s, int f) { return std::abs(s - f); }
+struct DifferenceValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        return Max(s, f) - Min(s, f);
+    }
+};
 
-inline int ExclusionValue(int s, int f) { return ClampToByte(s + f - 2 * s * f / 255); }
+/// `s + f - 2 * s * f / 255`, the double product being more than 16 bits hold.
+struct ExclusionValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        const Value product = s * f;
+        const Value quotient = product / 255;
+        const Value rest = product - quotient * 255;
+        return s + f - 2 * quotient - (rest < 128 ? Value(0) : Value(1));
+    }
+};
 
 /// 255 and not 256: a fill of 127 darkens to 254 at most, and one of 128 lifts black to 1.
-inline int PinLightValue(int s, int f) {
-    const int floor = 2 * f - 255;
-    return s < floor ? floor : std::min(s, 2 * f);
-}
+struct PinLightValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        const Value twice = 2 * f;
+        return Max(Min(s, twice), DifferenceFromZero(twice, Value(255)));
+    }
+};
 
-inline int SharpLightValue(int s, int f) { return ClampToByte((s * s >> 8) - (s * s * f >> 15) + (s * f * f >> 15)); }
+struct SharpLightValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        const Value square = s * s;
+        const Value sum = (square >> 8) + HighProduct(f * f, 2 * s);
+        return Min(DifferenceFromZero(sum, HighProduct(square, 2 * f)), 255);
+    }
+};
 
 /// Burns where the source is dark and dodges where it is bright. A black source gives 127 whatever the fill: black
 /// areas turn grey.
-inline int VividLightValue(int s, int f) {
-    const bool isDark = s <= 127;
-    const int divisor = 2 * std::max(isDark ? s : 255 - s, 1);
-    const int quotient = std::min((isDark ? 255 - f : f) * 256 / divisor, 255);
-    return s == 0 ? 127 : isDark ? 255 - quotient : quotient;
-}
+struct VividLightValue {
+    int operator()(int s, int f) const {
+        const bool isDark = s <= 127;
+        const int divisor = 2 * Max(isDark ? s : 255 - s, 1);
+        const int quotient = Min(Quotient((isDark ? 255 - f : f) * 256, divisor), 255);
+        return s == 0 ? 127 : isDark ? 255 - quotient : quotient;
+    }
+};
 
-inline int LinearLightValue(int s, int f) { return ClampToByte(s + 2 * f - 255); }
+struct LinearLightValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        return Min(DifferenceFromZero(s + 2 * f, Value(255)), 255);
+    }
+};
 
-inline int PowerLightValue(int s, int f) {
-    return ClampToByte((s * s >> 8) - (s * s * f >> 15) + (f * f >> 8) + (s * f * f >> 15));
-}
+struct PowerLightValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        const Value square = s * s;
+        const Value sum = (square >> 8) + (f * f >> 8) + HighProduct(f * f, 2 * s);
+        return Min(DifferenceFromZero(sum, HighProduct(square, 2 * f)), 255);
+    }
+};
 
-inline int LinearBurnValue(int s, int f) { return std::max(s + f - 255, 0); }
+struct LinearBurnValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        return DifferenceFromZero(s + f, Value(255));
+    }
+};
 
-inline int LinearDodgeValue(int s, int f) { return std::min(s + f, 255); }
+struct LinearDodgeValue {
+    template <class Value>
+    Value operator()(Value s, Value f) const {
+        return Min(s + f, 255);
+    }
+};
 
 /// The same values as linear dodge; a mode of its own since programs name it.
-inline int AddValue(int s, int f) { return std::min(s + f, 255); }
+using AddValue = LinearDodgeValue;
 
 // ---- Modes that work on a colour as a whole ----------------------------------------------------------------------
 
@@ -97,7 +200,7 @@ inline int AddValue(int s, int f) { return std::min(s + f, 255); }
 /// sum to 0.007: on a white source with a black fill, blue comes out as 2.
 struct Luminosity {
     Rgb<int> operator()(Rgb<int> s, Rgb<int> f) const {
-        const auto y = static_cast<int>((f.red * 0.299 + f.green * 0.587) + f.blue * 0.114);
+        const int y = kRec601.LumaOf(f);
         const auto u = static_cast<int>((s.red * -0.14 + s.green * -0.289) + s.blue * 0.436);
         const auto v = static_cast<int>((s.red * 0.615 + s.green * -0.515) + s.blue * -0.1);
         return {Cut(y + 1.14 * v), Cut((y - 0.395 * u) - 0.581 * v), Cut(y + 2.032 * u)};
@@ -153,6 +256,7 @@ struct Color {
 /// The fill itself: mode normal, before opacity.
 struct Normal {
     Rgb<int> operator()(Rgb<int> /*source*/, Rgb<int> fill) const { return fill; }
+    Lane OfBytes(Lane /*source*/, Lane fill) const { return fill; }
 };
 
 }  // namespace ombrix

@@ -1,7 +1,7 @@
 // BrightnessEffect: makes a picture lighter or darker by one amount in all channels.
 #include "effects/channel_shift.h"
 #include "effects/value_effect.h"
-#include "engine/row_walk.h"
+#include "engine/effect_walk.h"
 
 namespace ombrix {
 namespace {

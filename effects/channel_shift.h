@@ -1,7 +1,9 @@
 // The formula of the effects that make channels lighter or darker by a fixed amount.
 #pragma once
 
-#include "engine/pixel.h"
+#include <algorithm>
+
+#include "engine/lane.h"
 
 namespace ombrix {
 
@@ -13,6 +15,22 @@ struct ChannelShift {
         return {ClampToByte(source.red + offset.red), ClampToByte(source.green + offset.green),
                 ClampToByte(source.blue + offset.blue)};
     }
+
+    /// Never below 0: an offset is added, or taken away, on the way.
+    class ByBytes {
+      public:
+        ByBytes(const ChannelShift& shift, const WordFormat& format)
+            : up_(format.InMemory(shift.offset, [](int offset) { return std::max(offset, 0); })),
+              down_(format.InMemory(shift.offset, [](int offset) { return std::max(-offset, 0); })) {}
+
+        Lane operator()(Place place, Lane source) const {
+            return DifferenceFromZero(Min(source + up_.At(place), 255), down_.At(place));
+        }
+
+      private:
+        BlockConstants up_;
+        BlockConstants down_;
+    };
 };
 
 /// The offsets that make sense: the ends turn every value into 0 or 255.

@@ -1,7 +1,7 @@
 // ColorFilterEffect: shifts red, green and blue, each by an offset of its own.
 #include "effects/channel_shift.h"
 #include "effects/effect_class.h"
-#include "engine/row_walk.h"
+#include "engine/effect_walk.h"
 
 namespace ombrix {
 namespace {

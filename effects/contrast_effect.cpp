@@ -1,34 +1,51 @@
 // ContrastEffect: stretches the channels about their middle, 128, or flattens them towards it.
-#include <algorithm>
-
+#include "effects/contrast_line.h"
 #include "effects/value_effect.h"
-#include "engine/row_walk.h"
+#include "engine/effect_walk.h"
 
 namespace ombrix {
 namespace {
 
-/// Multiplies each channel's distance from 128 by a factor, in double precision. Results saturate at 0 and 255 and are
-/// cut, not rounded: at a factor of 1.0201 the value 127 becomes 126 and 129 stays.
 struct ContrastStretch {
     double factor;
-
-    int Stretch(int source) const {
-        const double stretched = (source - 128) * factor + 128.0;
-        return static_cast<int>(std::min(std::max(stretched, 0.0), 255.0));
-    }
+    ContrastLine line;  ///< of this factor
 
     Rgb<int> operator()(Rgb<int> source) const {
-        return {Stretch(source.red), Stretch(source.green), Stretch(source.blue)};
+        return {Stretched(source.red, factor), Stretched(source.green, factor), Stretched(source.blue, factor)};
     }
+
+    class ByBytes {
+      public:
+        ByBytes(const ContrastStretch& stretch, const WordFormat&)
+            : multiplier_(stretch.line.multiplier),
+              shift_(0x10000 >> stretch.line.bits),
+              up_(stretch.line.up),
+              down_(stretch.line.down),
+              most_((256 << stretch.line.bits) - 1) {}
+
+        Lane operator()(Place place, Lane source) const {
+            const Lane product = HighProduct(source << 8, multiplier_.At(place));
+            return HighProduct(Min(DifferenceFromZero(product + up_, down_), most_), shift_.At(place));
+        }
+
+      private:
+        BlockConstants multiplier_;
+        BlockConstants
+            shift_;  ///< a product's upper half, for want of a shift by a variable in g++'s vectors of 16 bits
+        Lane up_;
+        Lane down_;
+        Lane most_;
+    };
 };
 
 struct ContrastParams {
     StdMPEffectParams head;
-    double factor;  ///< 0.0 (all grey) to 4.0
+    double factor;
+    ContrastLine line;
 };
 static_assert(offsetof(ContrastParams, factor) == 80);
 
-ContrastStretch FormulaOf(const ContrastParams& params) { return {params.factor}; }
+ContrastStretch FormulaOf(const ContrastParams& params) { return {params.factor, params.line}; }
 
 std::int32_t ContrastPart(MPParamBlock* band) { return WalkBand<ContrastParams>(band, FormulaOf); }
 
@@ -38,11 +55,10 @@ struct Contrast {
     using Data = ValueData;
     using Params = ContrastParams;
 
-    /// The factor grows with the square of the value, so that steps look alike over the whole range.
     static std::optional<EffectWorkers> Prepare(Params& params, std::int64_t value) {
-        if (value < -100 || value > 100) return std::nullopt;
-        const double root = (static_cast<double>(value) + 100.0) / 100.0;
-        params.factor = root * root;
+        if (value < -kMostContrast || value > kMostContrast) return std::nullopt;
+        params.factor = ContrastFactor(value);
+        params.line = kContrastLines[static_cast<std::size_t>(value + kMostContrast)];
         return EffectWorkers{ContrastPart, ContrastMaskPart};
     }
 };

@@ -1,6 +1,6 @@
 // GrayscaleEffect: shades of grey, by one of four conversions.
 #include "effects/effect_class.h"
-#include "engine/row_walk.h"
+#include "engine/effect_walk.h"
 
 namespace ombrix {
 namespace {
@@ -11,16 +11,11 @@ constexpr std::int64_t kAverage = 2;
 
 constexpr Rgb<int> Grey(int value) { return {value, value, value}; }
 
-/// A weighted sum in double precision, truncated. The sum can fall just short of a whole number: with the weights of
-/// NTSC_PAL, grey 128 becomes 127.
+/// The luma, by either standard's weights.
 struct WeightedSum {
-    double red;
-    double green;
-    double blue;
+    LumaWeights weights;
 
-    Rgb<int> operator()(Rgb<int> source) const {
-        return Grey(static_cast<int>(source.blue * blue + (source.green * green + source.red * red)));
-    }
+    Rgb<int> FromLuma(int luma) const { return Grey(luma); }
 };
 
 /// The mean of the three channels, truncated.
@@ -44,7 +39,7 @@ struct GrayscaleParams {
 static_assert(offsetof(GrayscaleParams, redWeight) == 80 && offsetof(GrayscaleParams, greenWeight) == 88 &&
               offsetof(GrayscaleParams, blueWeight) == 96);
 
-WeightedSum SumOf(const GrayscaleParams& params) { return {params.redWeight, params.greenWeight, params.blueWeight}; }
+WeightedSum SumOf(const GrayscaleParams& params) { return {{params.redWeight, params.greenWeight, params.blueWeight}}; }
 PlainAverage AverageOf(const GrayscaleParams&) { return {}; }
 WeightedAverage WeightedAverageOf(const GrayscaleParams&) { return {}; }
 
@@ -63,11 +58,6 @@ std::int32_t GrayScale_WeightedAverageMaskedPart(MPParamBlock* band) {
     return WalkMaskedBand<GrayscaleParams>(band, WeightedAverageOf);
 }
 
-/// The luma weights of Rec. 709 and, at 1, of Rec. 601: indexed by whether the type is NTSC_PAL.
-constexpr double kRedWeights[] = {0.2125, 0.299};
-constexpr double kGreenWeights[] = {0.7154, 0.587};
-constexpr double kBlueWeights[] = {0.0721, 0.114};
-
 struct Grayscale {
     struct Data {
         std::uint8_t ignoreAlpha = 0;
@@ -79,9 +69,10 @@ struct Grayscale {
     /// No type is refused: what is not one of the first three is the weighted average.
     static std::optional<EffectWorkers> Prepare(Params& params, std::int64_t type) {
         if (type == kNtscPal || type == kItuR) {
-            params.redWeight = kRedWeights[type == kNtscPal];
-            params.greenWeight = kGreenWeights[type == kNtscPal];
-            params.blueWeight = kBlueWeights[type == kNtscPal];
+            const LumaWeights& weights = type == kNtscPal ? kRec601 : kRec709;
+            params.redWeight = weights.red;
+            params.greenWeight = weights.green;
+            params.blueWeight = weights.blue;
             return EffectWorkers{GrayScale_NTSCPAL_ITURPart, GrayScale_NTSCPAL_ITURMaskedPart};
         }
         if (type == kAverage) return EffectWorkers{GrayScale_AveragePart, GrayScale_AverageMaskedPart};

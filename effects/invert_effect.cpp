@@ -1,6 +1,6 @@
 // InvertEffect: the negative of a picture.
 #include "effects/effect_class.h"
-#include "engine/row_walk.h"
+#include "engine/effect_walk.h"
 
 namespace ombrix {
 namespace {
@@ -8,6 +8,11 @@ namespace {
 /// Replaces each colour channel by its complement.
 struct Negative {
     Rgb<int> operator()(Rgb<int> source) const { return {255 - source.red, 255 - source.green, 255 - source.blue}; }
+
+    struct ByBytes {
+        ByBytes(const Negative&, const WordFormat&) {}
+        Lane operator()(Place, Lane source) const { return 255 - source; }
+    };
 };
 
 struct InvertParams {

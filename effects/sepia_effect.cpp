@@ -1,31 +1,31 @@
 // SepiaEffect: a warm brown tone.
-#include <algorithm>
+#include <cmath>
 
 #include "effects/value_effect.h"
-#include "engine/row_walk.h"
+#include "engine/effect_walk.h"
 
 namespace ombrix {
 namespace {
 
-/// Keeps the luma of a colour (Rec. 601) and replaces its chroma by a fixed amount of the I component of YIQ; the
-/// weights are those of I in red, green and blue.
+/// Keeps the luma of a colour and replaces its chroma by a fixed amount of the I component of YIQ; the weights are
+/// those of I in red, green and blue.
+///
+/// A channel is the luma, a whole number, plus its share of I, cut to a whole number and saturated. So it is the luma
+/// plus the whole number below the share; no share is so near to the one above that rounding would reach it.
 struct SepiaTone {
-    double red;    ///< added to the luma
-    double green;  ///< taken from it
-    double blue;   ///< taken from it
+    static constexpr LumaWeights weights = kRec601;
 
-    explicit SepiaTone(double strength) : red(0.956 * strength), green(0.272 * strength), blue(1.105 * strength) {}
+    int red;    ///< added to the luma
+    int green;  ///< negative, as blue
+    int blue;
 
-    /// The sum goes to single precision before it is cut to a byte.
-    static int Tone(double sum) {
-        const auto tone = static_cast<float>(sum);
-        return static_cast<int>(std::min(std::max(tone, 0.0f), 255.0f));
-    }
+    explicit SepiaTone(double strength)
+        : red(static_cast<int>(std::floor(0.956 * strength))),
+          green(static_cast<int>(std::floor(-0.272 * strength))),
+          blue(static_cast<int>(std::floor(-1.105 * strength))) {}
 
-    Rgb<int> operator()(Rgb<int> source) const {
-        // Truncated, and the sum of the products can fall just short of a whole number: grey 128 has luma 127.
-        const auto luma = static_cast<int>((source.red * 0.299 + source.green * 0.587) + source.blue * 0.114);
-        return {Tone(luma + red), Tone(luma - green), Tone(luma - blue)};
+    Rgb<int> FromLuma(int luma) const {
+        return {ClampToByte(luma + red), ClampToByte(luma + green), ClampToByte(luma + blue)};
     }
 };
 

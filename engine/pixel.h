@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -62,6 +63,16 @@ struct WordFormat {
     int green;
     int blue;
     std::uint32_t fourthMask;
+
+    /// A function of each channel's number in the order of the bytes of a pixel; 0 for the fourth.
+    template <class Function>
+    std::array<int, 4> InMemory(Rgb<int> channels, Function function) const {
+        std::array<int, 4> bytes{};
+        bytes[red / 8] = function(channels.red);
+        bytes[green / 8] = function(channels.green);
+        bytes[blue / 8] = function(channels.blue);
+        return bytes;
+    }
 };
 
 inline std::uint32_t LoadWord(const std::uint8_t* pixel) {

@@ -1,6 +1,6 @@
 #include "picture/map_effect.h"
 
-#include "engine/row_walk.h"
+#include "engine/effect_walk.h"
 
 namespace ombrix {
 namespace {

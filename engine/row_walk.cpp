@@ -1,0 +1,102 @@
+#include "engine/row_walk.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "engine/pixel.h"
+#include "engine/stream_copy.h"
+
+namespace ombrix {
+namespace {
+
+/// Pixels that go through buffers at a time: few enough for all buffers to stay in the nearest cache.
+constexpr std::int64_t kChunk = 1024;
+
+/// Between pixels of 3 bytes and pixels of 4, which have the fourth byte at NULL_PIX and the others around it.
+class DepthChange {
+  public:
+    DepthChange() : below_((1u << 8 * NULL_PIX) - 1) {}
+
+    /// The fourth bytes become 0.
+    void Widen(const std::uint8_t* from, std::uint8_t* to, std::int64_t count) const {
+        for (std::int64_t x = 0; x + 1 < count; ++x) StoreWord(to + 4 * x, Widened(LoadWord(from + 3 * x)));
+        const std::uint8_t* last = from + 3 * (count - 1);  // a word would reach beyond it
+        StoreWord(to + 4 * (count - 1), Widened(last[0] | last[1] << 8 | last[2] << 16));
+    }
+
+    /// The fourth bytes are lost.
+    void Narrow(const std::uint8_t* from, std::uint8_t* to, std::int64_t count) const {
+        // Each word but the last writes a byte too much, which the next one puts right.
+        for (std::int64_t x = 0; x + 1 < count; ++x) StoreWord(to + 3 * x, Narrowed(LoadWord(from + 4 * x)));
+        const std::uint32_t last = Narrowed(LoadWord(from + 4 * (count - 1)));
+        std::memcpy(to + 3 * (count - 1), &last, 3);
+    }
+
+  private:
+    std::uint32_t Widened(std::uint32_t word) const { return (word & below_) | ((word & ~below_ & 0xffffff) << 8); }
+    std::uint32_t Narrowed(std::uint32_t word) const { return (word & below_) | (word >> 8 & ~below_); }
+
+    std::uint32_t below_;  ///< the bits of the channels that lie before the fourth byte
+};
+
+class Chunks {
+  public:
+    Chunks(const RowJob& job, WordKernel kernel, const void* formula) : job_(job), kernel_(kernel), formula_(formula) {}
+
+    void Run() {
+        for (std::int64_t first = 0; first < job_.count; first += kChunk) {
+            RunOne(first, std::min(kChunk, job_.count - first));
+        }
+    }
+
+  private:
+    void RunOne(std::int64_t first, std::int64_t count) {
+        std::uint8_t* destination = job_.destination + job_.source.bytesPerPixel * first;
+        const bool isNarrow = job_.source.bytesPerPixel == 3;
+        const bool isDirect = !isNarrow && !job_.isStreamed;
+        kernel_(formula_, {.source = Words(job_.source, source_, first, count),
+                           .fill = Words(job_.fill, fill_, first, count),
+                           .mask = Words(job_.mask, mask_, first, count),
+                           .destination = isDirect ? destination : result_,
+                           .count = count});
+        if (isNarrow) {
+            change_.Narrow(result_, destination, count);
+        } else if (!isDirect) {
+            StreamCopy(destination, result_, static_cast<std::size_t>(4 * count));
+        }
+    }
+
+    const std::uint8_t* Words(const PixelRow& row, std::uint8_t* buffer, std::int64_t first, std::int64_t count) const {
+        if (!row.pixels) return nullptr;
+        if (row.bytesPerPixel == 4) return row.pixels + 4 * first;
+        change_.Widen(row.pixels + 3 * first, buffer, count);
+        return buffer;
+    }
+
+    const RowJob& job_;
+    WordKernel kernel_;
+    const void* formula_;
+    DepthChange change_;
+    alignas(64) std::uint8_t source_[4 * kChunk];
+    alignas(64) std::uint8_t fill_[4 * kChunk];
+    alignas(64) std::uint8_t mask_[4 * kChunk];
+    alignas(64) std::uint8_t result_[4 * kChunk];
+};
+
+}  // namespace
+
+bool ShouldStream(const StdMPEffectParams& params) {
+    return params.srcBase != params.dstBase &&
+           std::int64_t{params.dstRowBytes} * params.generic.height >= gStreamedFromBytes;
+}
+
+void WalkRow(const RowJob& job, WordKernel kernel, const void* formula) {
+    const auto hasWords = [](const PixelRow& row) { return !row.pixels || row.bytesPerPixel == 4; };
+    if (!job.isStreamed && hasWords(job.source) && hasWords(job.fill) && hasWords(job.mask)) {
+        kernel(formula, {job.source.pixels, job.fill.pixels, job.mask.pixels, job.destination, job.count});
+    } else {
+        Chunks(job, kernel, formula).Run();
+    }
+}
+
+}  // namespace ombrix

@@ -1,0 +1,21 @@
+// What loops over pixels get to see: buffers whose pixels all have four bytes. The walk over rows brings them into this
+// form, whatever the pictures' depths are.
+#pragma once
+
+#include <cstdint>
+
+namespace ombrix {
+
+/// Pixels of four bytes side by side. The destination may be the source; a role that there is none for is null.
+struct WordPixels {
+    const std::uint8_t* source;
+    const std::uint8_t* fill;
+    const std::uint8_t* mask;
+    std::uint8_t* destination;
+    std::int64_t count;
+};
+
+/// Writes the colours and the fourth bytes of all pixels. `formula` is what the kernel was made for.
+using WordKernel = void (*)(const void* formula, const WordPixels& pixels);
+
+}  // namespace ombrix
