@@ -76,15 +76,18 @@ Type this, then try again:
     quietly "Installing $*" "${apt[@]}" install -y --no-install-recommends "$@"
 }
 
-# build PRESET TESTS TARGET...: configures build/PRESET when that has not been done, with TESTS "ON" or "OFF" ("" leaves
-# it as it is), and builds the targets.
+# build PRESET PART TARGET...: configures build/PRESET when that has not been done with PART, "TESTS" or "BENCH" (""
+# needs neither), and builds the targets.
 build() {
-    local preset=$1 tests=$2 folder=$root/build/$1
+    local preset=$1 part=$2 folder=$root/build/$1 options=()
     shift 2
-    if [ ! -f "$folder/build.ninja" ] ||
-        ! grep -q "^OMBRIX_BUILD_TESTS:BOOL=$tests" "$folder/CMakeCache.txt"; then
+    [ -f "$folder/build.ninja" ] || options+=(-DOMBRIX_BUILD_TESTS=OFF)
+    if [ "$part" ] && ! grep -qs "^OMBRIX_BUILD_$part:BOOL=ON" "$folder/CMakeCache.txt"; then
+        options+=("-DOMBRIX_BUILD_$part=ON")
+    fi
+    if [ ${#options[@]} -gt 0 ]; then
         # --preset is looked up from the current folder.
-        quietly "Configuring build/$preset" env -C "$root" cmake --preset "$preset" "-DOMBRIX_BUILD_TESTS=${tests:-OFF}"
+        quietly "Configuring build/$preset" env -C "$root" cmake --preset "$preset" "${options[@]}"
     fi
     quietly "Building build/$preset" cmake --build "$folder" --target "$@"
 }

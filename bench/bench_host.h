@@ -1,0 +1,59 @@
+// A host with just the services that row work needs, around the plug-in's own objects: calls go straight to the
+// plug-in's functions, and nothing of the host is in what is measured.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+#include "bench/bench_picture.h"
+#include "engine/mp_image_filter.h"
+#include "frame/definition_records.h"
+
+namespace ombrix::bench {
+
+/// Starts the plug-in on this host; once in a process.
+void StartHost();
+
+/// The picture that the host gives when the plug-in asks for a new one, whatever its size. It stays the caller's.
+void SetNewPicture(BenchPicture& picture);
+
+/// An effect object.
+class Effect {
+  public:
+    explicit Effect(std::string_view className);
+    ~Effect();
+    Effect(const Effect&) = delete;
+    Effect& operator=(const Effect&) = delete;
+
+    MPImageFilterData& Base();
+
+    /// Sets a property, of which Value is the type as the instance keeps it.
+    template <class Value>
+    void Set(std::string_view property, Value value) {
+        const REALpropertyDefinition& definition = Property(property);
+        if (definition.setter.word == kStandardAccessor) {
+            std::memcpy(Data() + definition.parameter, &value, sizeof value);
+        } else {
+            using Setter = void (*)(REALobjectStruct*, std::int64_t, Value);
+            reinterpret_cast<Setter>(definition.setter.function)(Handle(), definition.parameter, value);
+        }
+    }
+
+    /// Calls "Apply(source)"; gives the picture that was set with SetNewPicture, or null.
+    REALobjectStruct* Apply(BenchPicture& source);
+    /// Calls "ApplyInPlace(source)".
+    void ApplyInPlace(BenchPicture& source);
+
+  private:
+    REALobjectStruct* Handle() { return reinterpret_cast<REALobjectStruct*>(memory_.data()); }
+    std::uint8_t* Data() { return memory_.data() + record_->dataOffset; }
+    const REALpropertyDefinition& Property(std::string_view name) const;
+    REALproc Method(std::string_view declaration) const;
+
+    const REALclassDefinition* record_;
+    std::vector<std::uint8_t> memory_;
+};
+
+}  // namespace ombrix::bench

@@ -1,0 +1,36 @@
+#include "bench/bench_picture.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include "platform/bitmap_context.h"
+
+namespace ombrix::bench {
+namespace {
+
+constexpr std::size_t kAlignment = 64;
+
+std::uint8_t* Allocate(std::size_t bytes) {
+    const std::size_t rounded = (bytes + kAlignment - 1) / kAlignment * kAlignment;
+    void* memory = std::aligned_alloc(kAlignment, rounded);
+    if (!memory) throw std::bad_alloc();
+    std::memset(memory, 0xff, rounded);
+    return static_cast<std::uint8_t*>(memory);
+}
+
+}  // namespace
+
+void BenchPicture::Free::operator()(std::uint8_t* bytes) const { std::free(bytes); }
+
+BenchPicture::BenchPicture(Size size, int bits)
+    : size_(size),
+      bytesPerPixel_(bits / 8),
+      bytes_(Allocate(ByteCount())),
+      context_(OmbrixBitmapContextCreate(bytes_.get(), RowBytes(), static_cast<std::size_t>(bits))) {
+    if (!context_) throw std::bad_alloc();
+}
+
+BenchPicture::~BenchPicture() { OmbrixBitmapContextRelease(context_); }
+
+}  // namespace ombrix::bench

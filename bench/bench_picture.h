@@ -1,0 +1,57 @@
+// Pictures whose memory is there: every byte was written once, so that no page fault is measured.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+#include "frame/definition_records.h"
+#include "platform/core_graphics.h"
+
+namespace ombrix::bench {
+
+/// Width and height in pixels.
+struct Size {
+    std::int32_t width;
+    std::int32_t height;
+
+    bool operator==(const Size&) const = default;
+    double Megapixels() const { return static_cast<double>(width) * height / 1e6; }
+};
+
+/// The picture that rows are measured on: that of a common camera.
+inline constexpr Size kPhotoSize{4000, 3000};
+
+/// A picture of the benchmark's host. Rows follow each other without padding.
+class BenchPicture {
+  public:
+    /// `bits` per pixel: 24 or 32. All bytes are 255.
+    BenchPicture(Size size, int bits);
+    ~BenchPicture();
+    BenchPicture(const BenchPicture&) = delete;
+    BenchPicture& operator=(const BenchPicture&) = delete;
+
+    Size Extent() const { return size_; }
+    int BytesPerPixel() const { return bytesPerPixel_; }
+    std::size_t RowBytes() const { return static_cast<std::size_t>(size_.width) * bytesPerPixel_; }
+    std::size_t ByteCount() const { return RowBytes() * size_.height; }
+    std::uint8_t* Bytes() const { return bytes_.get(); }
+    std::uint8_t* Row(int y) const { return bytes_.get() + RowBytes() * y; }
+    CGContextRef Context() const { return context_; }
+
+    /// The handle that the plug-in sees.
+    REALobjectStruct* Handle() { return reinterpret_cast<REALobjectStruct*>(this); }
+    static BenchPicture& Of(REALobjectStruct* handle) { return *reinterpret_cast<BenchPicture*>(handle); }
+
+  private:
+    struct Free {
+        void operator()(std::uint8_t* bytes) const;
+    };
+
+    Size size_;
+    int bytesPerPixel_;
+    std::unique_ptr<std::uint8_t, Free> bytes_;
+    CGContextRef context_;
+};
+
+}  // namespace ombrix::bench
