@@ -11,33 +11,47 @@
 
 namespace ombrix {
 
-/// The loops of one mode, by [with opacity][with fill mask].
+/// The loops of one mode.
 struct BlendKernels {
-    WordKernel byOpacityAndMask[2][2];
+    void (*run)(const void*, const WordPixels&);
 };
 
 namespace {
 
-/// Mixes by weights of 256 for 1.0; the quotient is cut.
-struct OpacityMix {
+template <class Formula>
+concept WorksOnBytes = requires(Formula formula, Lane lane) { formula.OfBytes(lane, lane); };
+
+/// The loop of a mode, before opacity and mask.
+template <class Formula>
+void RunMode(const void* /*formula*/, const WordPixels& pixelsOfCall) {
+    RunAtBestLevel([&pixelsOfCall] {
+        const WordPixels pixels = pixelsOfCall;  // in registers: what is stored below could be part of the original
+        const WordFormat format{PixelFormat(4)};
+        constexpr Roles roles{.fill = true};
+        if constexpr (WorksOnBytes<Formula>) {
+            ForEachByte<roles>(pixels, format, [](const WordPixels& block) {
+                return [fill = block.fill](Place place, Lane source) {
+                    return Formula().OfBytes(source, ByteAt(fill, place));
+                };
+            });
+        } else {
+            ForEachColour<roles>(pixels, format, [&format](const WordPixels& run, std::int64_t x, Rgb<int> source) {
+                return Formula()(source, ColourOf(LoadWord(run.fill + 4 * x), format));
+            });
+        }
+    });
+}
+
+#define OMBRIX_KERNEL(name, formula) {RunMode<formula>},
+constexpr BlendKernels kModeKernels[] = {OMBRIX_BLEND_MODES(OMBRIX_KERNEL)};
+#undef OMBRIX_KERNEL
+constexpr BlendKernels kNormalKernels = {RunMode<Normal>};
+
+/// Weights of 256 for 1.0.
+struct Opacity {
     int sourceWeight;
     int fillWeight;
-
-    template <class Value>
-    Value Mix(Value s, Value blended) const {
-        return (s * sourceWeight + blended * fillWeight) >> 8;
-    }
-    Rgb<int> operator()(Rgb<int> s, Rgb<int> blended) const {
-        return {Mix(s.red, blended.red), Mix(s.green, blended.green), Mix(s.blue, blended.blue)};
-    }
 };
-
-/// Mixes by the fill mask: black keeps the blended colour, white brings the source back. Unlike the mask of the other
-/// effects, black scales by 255/256 too: a blended 255 becomes 254.
-template <class Value>
-Value MixByFillMask(Value s, Value blended, Value mask) {
-    return (s * mask + (255 - mask) * blended) >> 8;
-}
 
 /// The fill mask, of which red alone counts, for all bytes of a block.
 class BlockMask {
@@ -58,54 +72,26 @@ struct NoMask {
     NoMask(const std::uint8_t*, const WordFormat&) {}
 };
 
-template <class Formula>
-concept WorksOnBytes = requires(Formula formula, Lane lane) {
-    formula.OfBytes(lane, lane);
-};
-
-template <class Formula, bool withOpacity, bool withMask>
-void RunBlend(const void* opacityMix, const WordPixels& pixelsOfCall) {
-    RunAtBestLevel([opacityMix, &pixelsOfCall] {
-        // In registers: what is stored below could be part of the originals.
-        const OpacityMix mix = *static_cast<const OpacityMix*>(opacityMix);
+/// Mixes what a mode made, given as the fill, with the source: by the opacity, its quotients cut, then by the mask. Of
+/// that, black keeps the blended colour and white brings the source back. Unlike the mask of the other effects, black
+/// scales by 255/256 too: a blended 255 becomes 254.
+template <bool withOpacity, bool withMask>
+void MixBlended(const void* opacityAddress, const WordPixels& pixelsOfCall) {
+    RunAtBestLevel([opacityAddress, &pixelsOfCall] {
+        const auto opacity = *static_cast<const Opacity*>(opacityAddress);
         const WordPixels pixels = pixelsOfCall;
         const WordFormat format{PixelFormat(4)};
-        if constexpr (WorksOnBytes<Formula>) {
-            ForEachByte(pixels, format, [&mix, &format](const WordPixels& block) {
-                const std::conditional_t<withMask, BlockMask, NoMask> mask(block.mask, format);
-                return [&mix, mask, fill = block.fill](Place place, Lane s) {
-                    const std::uint16_t unit = LoadUnit(fill + 2 * place.unit);
-                    Lane result = Formula().OfBytes(s, place.half == 0 ? LowerByte(unit) : UpperByte(unit));
-                    if constexpr (withOpacity) result = mix.Mix(s, result);
-                    if constexpr (withMask) result = MixByFillMask(s, result, mask.At(place));
-                    return result;
-                };
-            });
-        } else {
-            ForEachColour(pixels, format, [&pixels, &format, &mix](std::int64_t x, Rgb<int> s) {
-                Rgb<int> result = Formula()(s, ColourOf(LoadWord(pixels.fill + 4 * x), format));
-                if constexpr (withOpacity) result = mix(s, result);
-                if constexpr (withMask) {
-                    const int mask = ColourOf(LoadWord(pixels.mask + 4 * x), format).red;
-                    result = {MixByFillMask(s.red, result.red, mask), MixByFillMask(s.green, result.green, mask),
-                              MixByFillMask(s.blue, result.blue, mask)};
-                }
+        ForEachByte<Roles{.fill = true, .mask = withMask}>(pixels, format, [&](const WordPixels& block) {
+            const std::conditional_t<withMask, BlockMask, NoMask> mask(block.mask, format);
+            return [&opacity, mask, fill = block.fill](Place place, Lane source) {
+                Lane result = ByteAt(fill, place);
+                if constexpr (withOpacity) result = (source * opacity.sourceWeight + result * opacity.fillWeight) >> 8;
+                if constexpr (withMask) result = (source * mask.At(place) + (255 - mask.At(place)) * result) >> 8;
                 return result;
-            });
-        }
+            };
+        });
     });
 }
-
-template <class Formula>
-constexpr BlendKernels KernelsOf() {
-    return {{{RunBlend<Formula, false, false>, RunBlend<Formula, false, true>},
-             {RunBlend<Formula, true, false>, RunBlend<Formula, true, true>}}};
-}
-
-#define OMBRIX_KERNELS(name, formula) KernelsOf<formula>(),
-constexpr BlendKernels kModeKernels[] = {OMBRIX_BLEND_MODES(OMBRIX_KERNELS)};
-#undef OMBRIX_KERNELS
-constexpr BlendKernels kNormalKernels = KernelsOf<Normal>();
 
 /// A worker: copies what is not covered and blends what is.
 template <bool withOpacity, bool withMask>
@@ -115,8 +101,9 @@ std::int32_t BlendBand(const MPParamBlock* band) {
     const std::int64_t bytes = head.bytesPerPixel;
     const std::int64_t width = head.generic.width;
     const bool coversColumns = params.regionLeft < params.regionRight;
-    const WordKernel kernel = params.kernels->byOpacityAndMask[withOpacity][withMask];
-    const OpacityMix mix{static_cast<int>(params.sourceWeight), static_cast<int>(params.fillWeight)};
+    const WordKernel kernel{params.kernels->run};
+    const Opacity opacity{static_cast<int>(params.sourceWeight), static_cast<int>(params.fillWeight)};
+    const WordKernel mix = withOpacity || withMask ? WordKernel{MixBlended<withOpacity, withMask>, &opacity} : WordKernel{};
     const bool isStreamed = ShouldStream(head);
     ForEachRow(band, head.generic, [&](std::int64_t row) {
         const std::uint8_t* source = head.srcBase + row * head.srcRowBytes;
@@ -139,7 +126,7 @@ std::int32_t BlendBand(const MPParamBlock* band) {
         if (withMask) {
             job.mask = {head.maskBase + fillRow * head.maskRowBytes + params.maskXOffset, head.maskBytesPerPixel};
         }
-        WalkRow(job, kernel, &mix);
+        WalkRow(job, kernel, mix);
         copy(params.regionRight, width);
     });
     if (isStreamed) StreamFence();

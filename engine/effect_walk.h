@@ -1,17 +1,17 @@
-// The row workers of every tone and colour effect. An effect brings a formula, a callable from Rgb<int> to Rgb<int>
-// with channels from 0 to 255, and knows nothing of rows, depths, masks or tasks.
+// The row workers of every tone and colour effect. An effect brings a formula, a callable from Rgb<int> to Rgb<int> with
+// channels from 0 to 255, and knows nothing of rows, depths, masks or tasks.
 //
-// A formula may say more of itself, and is then worked out faster without a mask:
-//   ByBytes    a type within it, made of a formula and a WordFormat: a callable of (Place, Lane) that gives for each
-//              byte of a block what the formula gives for its channel;
-//   weights,   LumaWeights, and what the formula gives for a colour whose luma by these weights is known.
-//   FromLuma
+// A formula may be of another kind, and is worked out faster then:
+//   by bytes   a type ByBytes within it, made of the formula and a WordFormat: a callable of (Place, Lane) that gives
+//              for each byte of a block what the formula gives for its channel;
+//   by luma    instead of the call, `LumaWeights weights`, and FromLuma(int), the colour that a luma leads to.
 #pragma once
 
 #include <type_traits>
 
 #include "engine/effect_params.h"
 #include "engine/instruction_level.h"
+#include "engine/mask_mix.h"
 #include "engine/row_walk.h"
 #include "engine/stream_copy.h"
 #include "engine/word_kernel.h"
@@ -19,56 +19,46 @@
 namespace ombrix {
 
 template <class Formula>
-concept WorksByBytes = requires {
-    typename Formula::ByBytes;
-};
+concept WorksByBytes = requires { typename Formula::ByBytes; };
 
 template <class Formula>
-concept WorksByLuma = requires(const Formula& formula) {
-    formula.FromLuma(0);
-};
+concept WorksByLuma = requires(const Formula& formula) { formula.FromLuma(0); };
 
-/// Mixes an effect with its source. A mask pixel that is black lets the whole effect through. Any other weighs each
-/// channel by the mask's same channel; the sum is divided by 256 and not by 255, so that a white mask pixel gives one
-/// less than the source.
-inline Rgb<int> MixByMask(Rgb<int> source, Rgb<int> effect, Rgb<int> mask) {
-    const bool isBlack = (mask.red | mask.green | mask.blue) == 0;
-    const auto mix = [isBlack](int s, int e, int m) { return isBlack ? e : (s * m + (255 - m) * e) >> 8; };
-    return {mix(source.red, effect.red, mask.red), mix(source.green, effect.green, mask.green),
-            mix(source.blue, effect.blue, mask.blue)};
+/// What the kernel of a formula is made of: the formula, or a form of it that takes long to make.
+template <class Formula>
+auto KernelForm(const Formula& formula) {
+    if constexpr (WorksByBytes<Formula>) {
+        return typename Formula::ByBytes(formula, WordFormat(PixelFormat(4)));
+    } else {
+        return formula;
+    }
 }
 
-/// The kernel of a formula.
-template <class Formula, bool withMask>
-void RunFormula(const void* formulaAddress, const WordPixels& pixelsOfCall) {
-    RunAtBestLevel([formulaAddress, &pixelsOfCall] {
+/// The kernel of such a form.
+template <class Form>
+void RunForm(const void* formAddress, const WordPixels& pixelsOfCall) {
+    RunAtBestLevel([formAddress, &pixelsOfCall] {
         // In registers: what is stored below could be part of the originals.
-        const Formula formula = *static_cast<const Formula*>(formulaAddress);
+        const Form form = *static_cast<const Form*>(formAddress);
         const WordPixels pixels = pixelsOfCall;
         const WordFormat format{PixelFormat(4)};
-        const auto finish = [&](std::int64_t x, Rgb<int> source, Rgb<int> effect) {
-            if constexpr (!withMask) return effect;
-            return MixByMask(source, effect, ColourOf(LoadWord(pixels.mask + 4 * x), format));
-        };
-        if constexpr (WorksByLuma<Formula>) {
-            ForEachLuma(pixels, format, formula.weights, [&](std::int64_t x, Rgb<int> source, int luma) {
-                return finish(x, source, formula.FromLuma(luma));
-            });
-        } else if constexpr (WorksByBytes<Formula> && !withMask) {
-            const typename Formula::ByBytes byBytes(formula, format);
-            ForEachByte(pixels, format, [&byBytes](const WordPixels&) {
-                return [&byBytes](Place place, Lane byte) { return byBytes(place, byte); };
+        constexpr Roles roles{};
+        if constexpr (WorksByLuma<Form>) {
+            ForEachLuma<roles>(pixels, format, form.weights, [&form](int luma) { return form.FromLuma(luma); });
+        } else if constexpr (std::is_invocable_v<const Form&, Place, Lane>) {
+            ForEachByte<roles>(pixels, format, [&form](const WordPixels&) {
+                return [&form](Place place, Lane byte) { return form(place, byte); };
             });
         } else {
-            ForEachColour(pixels, format,
-                          [&](std::int64_t x, Rgb<int> source) { return finish(x, source, formula(source)); });
+            ForEachColour<roles>(pixels, format,
+                                 [&form](const WordPixels&, std::int64_t, Rgb<int> source) { return form(source); });
         }
     });
 }
 
-/// Runs a kernel over the pixels of a band, with the mask if there is one for `withMask`.
-inline std::int32_t RunOverBand(const MPParamBlock* band, StdMPEffectParams& head, bool withMask, WordKernel kernel,
-                                const void* formula) {
+/// Runs a kernel over the pixels of a band. With a mask, its results are mixed with the source.
+inline std::int32_t RunOverBand(const MPParamBlock* band, StdMPEffectParams& head, const WordKernel& kernel,
+                                bool withMask) {
     const bool isStreamed = ShouldStream(head);
     ForEachRow(band, head.generic, [&](std::int64_t row) {
         RowJob job{.source = {head.srcBase + row * head.srcRowBytes, head.bytesPerPixel},
@@ -76,27 +66,25 @@ inline std::int32_t RunOverBand(const MPParamBlock* band, StdMPEffectParams& hea
                    .count = head.generic.width,
                    .isStreamed = isStreamed};
         if (withMask) job.mask = {head.maskBase + row * head.maskRowBytes, head.maskBytesPerPixel};
-        WalkRow(job, kernel, formula);
+        WalkRow(job, kernel, withMask ? kMaskMix : WordKernel{});
     });
     if (isStreamed) StreamFence();
     return 0;
 }
 
-/// A worker of an effect without a mask: runs a formula over the pixels of its band. `formulaOf` makes the formula from
-/// the effect's record, once per band.
+/// A worker of an effect: runs a formula over the pixels of its band. `formulaOf` makes the formula from the effect's
+/// record, once per band.
 template <class Params, class FormulaOf>
-std::int32_t WalkBand(const MPParamBlock* band, FormulaOf formulaOf) {
+std::int32_t WalkBand(const MPParamBlock* band, FormulaOf formulaOf, bool withMask = false) {
     auto& params = *static_cast<Params*>(band->params);
-    const auto formula = formulaOf(params);
-    return RunOverBand(band, params.head, false, RunFormula<std::remove_cv_t<decltype(formula)>, false>, &formula);
+    const auto form = KernelForm(formulaOf(params));
+    return RunOverBand(band, params.head, {RunForm<std::remove_cv_t<decltype(form)>>, &form}, withMask);
 }
 
 /// A worker of an effect with a mask.
 template <class Params, class FormulaOf>
 std::int32_t WalkMaskedBand(const MPParamBlock* band, FormulaOf formulaOf) {
-    auto& params = *static_cast<Params*>(band->params);
-    const auto formula = formulaOf(params);
-    return RunOverBand(band, params.head, true, RunFormula<std::remove_cv_t<decltype(formula)>, true>, &formula);
+    return WalkBand<Params>(band, formulaOf, true);
 }
 
 }  // namespace ombrix

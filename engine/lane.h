@@ -95,6 +95,12 @@ inline void StoreUnit(std::uint8_t* bytes, std::uint16_t unit) { std::memcpy(byt
 
 inline Lane LowerByte(std::uint16_t unit) { return {unit & 0xff}; }
 inline Lane UpperByte(std::uint16_t unit) { return {unit >> 8}; }
+/// A byte of a block.
+inline Lane ByteAt(const std::uint8_t* block, Place place) {
+    const std::uint16_t unit = LoadUnit(block + 2 * place.unit);
+    return place.half == 0 ? LowerByte(unit) : UpperByte(unit);
+}
+
 inline std::uint16_t UnitOf(Lane lower, Lane upper) {
     return static_cast<std::uint16_t>(lower.Bits() | upper.Bits() << 8);
 }

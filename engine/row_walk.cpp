@@ -9,8 +9,8 @@
 namespace ombrix {
 namespace {
 
-/// Pixels that go through buffers at a time: few enough for all buffers to stay in the nearest cache.
-constexpr std::int64_t kChunk = 1024;
+/// Pixels that go through buffers at a time. Few, so that what is read next comes in while what was written goes out.
+constexpr std::int64_t kChunk = 256;
 
 /// Between pixels of 3 bytes and pixels of 4, which have the fourth byte at NULL_PIX and the others around it.
 class DepthChange {
@@ -41,7 +41,7 @@ class DepthChange {
 
 class Chunks {
   public:
-    Chunks(const RowJob& job, WordKernel kernel, const void* formula) : job_(job), kernel_(kernel), formula_(formula) {}
+    Chunks(const RowJob& job, const WordKernel& kernel, const WordKernel& mix) : job_(job), kernel_(kernel), mix_(mix) {}
 
     void Run() {
         for (std::int64_t first = 0; first < job_.count; first += kChunk) {
@@ -53,16 +53,19 @@ class Chunks {
     void RunOne(std::int64_t first, std::int64_t count) {
         std::uint8_t* destination = job_.destination + job_.source.bytesPerPixel * first;
         const bool isNarrow = job_.source.bytesPerPixel == 3;
-        const bool isDirect = !isNarrow && !job_.isStreamed;
-        kernel_(formula_, {.source = Words(job_.source, source_, first, count),
-                           .fill = Words(job_.fill, fill_, first, count),
-                           .mask = Words(job_.mask, mask_, first, count),
-                           .destination = isDirect ? destination : result_,
-                           .count = count});
+        std::uint8_t* const words = isNarrow || job_.isStreamed ? result_ : destination;
+        const std::uint8_t* const source = Words(job_.source, source_, first, count);
+        const std::uint8_t* const fill = Words(job_.fill, fill_, first, count);
+        if (mix_) {
+            kernel_({source, fill, nullptr, unmixed_, count});
+            mix_({source, unmixed_, Words(job_.mask, mask_, first, count), words, count});
+        } else {
+            kernel_({source, fill, nullptr, words, count});
+        }
         if (isNarrow) {
-            change_.Narrow(result_, destination, count);
-        } else if (!isDirect) {
-            StreamCopy(destination, result_, static_cast<std::size_t>(4 * count));
+            change_.Narrow(words, destination, count);
+        } else if (job_.isStreamed) {
+            StreamCopy(destination, words, static_cast<std::size_t>(4 * count));
         }
     }
 
@@ -74,12 +77,13 @@ class Chunks {
     }
 
     const RowJob& job_;
-    WordKernel kernel_;
-    const void* formula_;
+    const WordKernel& kernel_;
+    const WordKernel& mix_;
     DepthChange change_;
     alignas(64) std::uint8_t source_[4 * kChunk];
     alignas(64) std::uint8_t fill_[4 * kChunk];
     alignas(64) std::uint8_t mask_[4 * kChunk];
+    alignas(64) std::uint8_t unmixed_[4 * kChunk];
     alignas(64) std::uint8_t result_[4 * kChunk];
 };
 
@@ -90,12 +94,12 @@ bool ShouldStream(const StdMPEffectParams& params) {
            std::int64_t{params.dstRowBytes} * params.generic.height >= gStreamedFromBytes;
 }
 
-void WalkRow(const RowJob& job, WordKernel kernel, const void* formula) {
+void WalkRow(const RowJob& job, const WordKernel& kernel, const WordKernel& mix) {
     const auto hasWords = [](const PixelRow& row) { return !row.pixels || row.bytesPerPixel == 4; };
-    if (!job.isStreamed && hasWords(job.source) && hasWords(job.fill) && hasWords(job.mask)) {
-        kernel(formula, {job.source.pixels, job.fill.pixels, job.mask.pixels, job.destination, job.count});
+    if (!mix && !job.isStreamed && hasWords(job.source) && hasWords(job.fill)) {
+        kernel({job.source.pixels, job.fill.pixels, nullptr, job.destination, job.count});
     } else {
-        Chunks(job, kernel, formula).Run();
+        Chunks(job, kernel, mix).Run();
     }
 }
 

@@ -29,8 +29,10 @@ struct RowJob {
 /// Whether a destination is so large that it is better written past the caches.
 bool ShouldStream(const StdMPEffectParams& params);
 
-/// Runs a kernel over a row. It reads no byte but the row's pixels and writes none but the destination's.
-void WalkRow(const RowJob& job, WordKernel kernel, const void* formula);
+/// Runs a kernel over a row, of which it sees source and fill. If there is a second kernel, that one is given what came
+/// out as its fill, with the source and the mask, and its results are the row's. No byte is read but the pixels of the
+/// rows, and none written but the destination's.
+void WalkRow(const RowJob& job, const WordKernel& kernel, const WordKernel& mix = {});
 
 /// Calls `process(row)` for each row of a band, and counts it.
 template <class Process>

@@ -15,7 +15,13 @@ struct WordPixels {
     std::int64_t count;
 };
 
-/// Writes the colours and the fourth bytes of all pixels. `formula` is what the kernel was made for.
-using WordKernel = void (*)(const void* formula, const WordPixels& pixels);
+/// A loop over pixels with what it needs besides them. It writes the colours and the fourth bytes of all.
+struct WordKernel {
+    void (*run)(const void* formula, const WordPixels& pixels) = nullptr;
+    const void* formula = nullptr;
+
+    void operator()(const WordPixels& pixels) const { run(formula, pixels); }
+    explicit operator bool() const { return run != nullptr; }
+};
 
 }  // namespace ombrix
