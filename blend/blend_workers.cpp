@@ -1,7 +1,6 @@
 #include "blend/blend_workers.h"
 
 #include <cstring>
-#include <type_traits>
 
 #include "blend/formulas.h"
 #include "engine/instruction_level.h"
@@ -29,7 +28,7 @@ void RunMode(const void* /*formula*/, const WordPixels& pixelsOfCall) {
         const WordFormat format{PixelFormat(4)};
         constexpr Roles roles{.fill = true};
         if constexpr (WorksOnBytes<Formula>) {
-            ForEachByte<roles>(pixels, format, [](const WordPixels& block) {
+            ForEachByte<roles>(pixels, format, [](const WordPixels& block, std::int64_t) {
                 return [fill = block.fill](Place place, Lane source) {
                     return Formula().OfBytes(source, ByteAt(fill, place));
                 };
@@ -53,44 +52,51 @@ struct Opacity {
     int fillWeight;
 };
 
-/// The fill mask, of which red alone counts, for all bytes of a block.
-class BlockMask {
-  public:
-    BlockMask(const std::uint8_t* mask, const WordFormat& format) {
-        for (int x = 0; x < kBlockPixels; ++x) {
-            const auto red = static_cast<std::uint32_t>(ColourOf(LoadWord(mask + 4 * x), format).red);
-            StoreWord(units_ + 4 * x, red | red << 16);
-        }
-    }
-    Lane At(Place place) const { return {LoadUnit(units_ + 2 * place.unit)}; }
-
-  private:
-    alignas(kBlockBytes) std::uint8_t units_[kBlockBytes];
-};
-
-struct NoMask {
-    NoMask(const std::uint8_t*, const WordFormat&) {}
-};
-
-/// Mixes what a mode made, given as the fill, with the source: by the opacity, its quotients cut, then by the mask. Of
-/// that, black keeps the blended colour and white brings the source back. Unlike the mask of the other effects, black
-/// scales by 255/256 too: a blended 255 becomes 254.
-template <bool withOpacity, bool withMask>
-void MixBlended(const void* opacityAddress, const WordPixels& pixelsOfCall) {
+/// Mixes what a mode made, given as the fill, with the source; the quotients are cut.
+void MixByOpacity(const void* opacityAddress, const WordPixels& pixelsOfCall) {
     RunAtBestLevel([opacityAddress, &pixelsOfCall] {
         const auto opacity = *static_cast<const Opacity*>(opacityAddress);
         const WordPixels pixels = pixelsOfCall;
         const WordFormat format{PixelFormat(4)};
-        ForEachByte<Roles{.fill = true, .mask = withMask}>(pixels, format, [&](const WordPixels& block) {
-            const std::conditional_t<withMask, BlockMask, NoMask> mask(block.mask, format);
-            return [&opacity, mask, fill = block.fill](Place place, Lane source) {
-                Lane result = ByteAt(fill, place);
-                if constexpr (withOpacity) result = (source * opacity.sourceWeight + result * opacity.fillWeight) >> 8;
-                if constexpr (withMask) result = (source * mask.At(place) + (255 - mask.At(place)) * result) >> 8;
-                return result;
+        ForEachByte<Roles{.fill = true}>(pixels, format, [&opacity](const WordPixels& block, std::int64_t) {
+            return [&opacity, fill = block.fill](Place place, Lane source) {
+                return (source * opacity.sourceWeight + ByteAt(fill, place) * opacity.fillWeight) >> 8;
             };
         });
     });
+}
+
+/// The same, and then by the fill mask, of which red alone counts: black keeps the blended colour, white brings the
+/// source back. Unlike the mask of the other effects, black scales by 255/256 too: a blended 255 becomes 254.
+template <bool withOpacity>
+void MixByFillMask(const void* opacityAddress, const WordPixels& pixelsOfCall) {
+    RunAtBestLevel([opacityAddress, &pixelsOfCall] {
+        const auto opacity = *static_cast<const Opacity*>(opacityAddress);
+        const WordPixels pixels = pixelsOfCall;
+        const WordFormat format{PixelFormat(4)};
+        constexpr Roles roles{.fill = true, .mask = true};
+        ForEachRun<roles, kRun>(pixels, [&format, &opacity](const WordPixels& run) {
+            const PixelWeights weights(run.mask, run.count,
+                                       [red = format.red](std::uint32_t mask) { return mask >> red & 0xff; });
+            ForEachByte<roles>(run, format, [&](const WordPixels& block, std::int64_t first) {
+                return [&opacity, mask = weights.Block(first), fill = block.fill](Place place, Lane source) {
+                    Lane result = ByteAt(fill, place);
+                    if constexpr (withOpacity) {
+                        result = (source * opacity.sourceWeight + result * opacity.fillWeight) >> 8;
+                    }
+                    const Lane weight = PixelWeights::At(mask, place);
+                    return (source * weight + (255 - weight) * result) >> 8;
+                };
+            });
+        });
+    });
+}
+
+template <bool withOpacity, bool withMask>
+WordKernel MixOf(const Opacity& opacity) {
+    if constexpr (withMask) return {MixByFillMask<withOpacity>, &opacity};
+    if constexpr (withOpacity) return {MixByOpacity, &opacity};
+    return {};
 }
 
 /// A worker: copies what is not covered and blends what is.
@@ -103,7 +109,7 @@ std::int32_t BlendBand(const MPParamBlock* band) {
     const bool coversColumns = params.regionLeft < params.regionRight;
     const WordKernel kernel{params.kernels->run};
     const Opacity opacity{static_cast<int>(params.sourceWeight), static_cast<int>(params.fillWeight)};
-    const WordKernel mix = withOpacity || withMask ? WordKernel{MixBlended<withOpacity, withMask>, &opacity} : WordKernel{};
+    const WordKernel mix = MixOf<withOpacity, withMask>(opacity);
     const bool isStreamed = ShouldStream(head);
     ForEachRow(band, head.generic, [&](std::int64_t row) {
         const std::uint8_t* source = head.srcBase + row * head.srcRowBytes;

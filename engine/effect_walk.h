@@ -46,7 +46,7 @@ void RunForm(const void* formAddress, const WordPixels& pixelsOfCall) {
         if constexpr (WorksByLuma<Form>) {
             ForEachLuma<roles>(pixels, format, form.weights, [&form](int luma) { return form.FromLuma(luma); });
         } else if constexpr (std::is_invocable_v<const Form&, Place, Lane>) {
-            ForEachByte<roles>(pixels, format, [&form](const WordPixels&) {
+            ForEachByte<roles>(pixels, format, [&form](const WordPixels&, std::int64_t) {
                 return [&form](Place place, Lane byte) { return form(place, byte); };
             });
         } else {

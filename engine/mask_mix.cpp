@@ -6,31 +6,23 @@
 namespace ombrix {
 namespace {
 
-/// For each byte of a block, what is added to its effect's weight of 255 at most: 1 where the mask pixel is black.
-class BlackPixels {
-  public:
-    BlackPixels(const std::uint8_t* mask, const WordFormat& format) {
-        for (int x = 0; x < kBlockPixels; ++x) {
-            const bool isBlack = (LoadWord(mask + 4 * x) & ~format.fourthMask) == 0;
-            StoreWord(units_ + 4 * x, isBlack ? 0x00010001u : 0u);
-        }
-    }
-    Lane At(Place place) const { return {LoadUnit(units_ + 2 * place.unit)}; }
-
-  private:
-    alignas(kBlockBytes) std::uint8_t units_[kBlockBytes];
-};
-
 void MixByMask(const void* /*formula*/, const WordPixels& pixelsOfCall) {
     RunAtBestLevel([&pixelsOfCall] {
         const WordPixels pixels = pixelsOfCall;
         const WordFormat format{PixelFormat(4)};
-        ForEachByte<Roles{.fill = true, .mask = true}>(pixels, format, [&format](const WordPixels& block) {
-            const BlackPixels black(block.mask, format);
-            return [black, fill = block.fill, mask = block.mask](Place place, Lane source) {
-                const Lane weight = ByteAt(mask, place);
-                return (source * weight + ByteAt(fill, place) * (255 - weight + black.At(place))) >> 8;
-            };
+        constexpr Roles roles{.fill = true, .mask = true};
+        ForEachRun<roles, kRun>(pixels, [&format](const WordPixels& run) {
+            // Where the mask is black, the effect's weight is 256.
+            const PixelWeights black(run.mask, run.count, [colours = ~format.fourthMask](std::uint32_t mask) {
+                return (mask & colours) == 0 ? 1u : 0u;
+            });
+            ForEachByte<roles>(run, format, [&black](const WordPixels& block, std::int64_t first) {
+                return [isBlack = black.Block(first), fill = block.fill, mask = block.mask](Place place, Lane source) {
+                    const Lane weight = ByteAt(mask, place);
+                    const Lane effectWeight = 255 - weight + PixelWeights::At(isBlack, place);
+                    return (source * weight + ByteAt(fill, place) * effectWeight) >> 8;
+                };
+            });
         });
     });
 }

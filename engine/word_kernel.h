@@ -127,17 +127,39 @@ class LastPixels {
     std::uint8_t result_[kBlockBytes];
 };
 
-/// Byte by byte: `combineIn(block)(place, byte)` is what a byte of a block becomes, the fourth bytes excepted.
+/// A number from 0 to 255 for each pixel of a run, as all of its bytes need it. (Of a whole run, since g++ would make
+/// single instructions of a loop over the few pixels of a block.)
+class PixelWeights {
+  public:
+    /// `weightOf(word)` is the number of a pixel.
+    template <class WeightOf>
+    PixelWeights(const std::uint8_t* pixels, std::int64_t count, const WeightOf& weightOf) {
+        for (std::int64_t x = 0; x < count; ++x) {
+            const std::uint32_t weight = weightOf(LoadWord(pixels + 4 * x));
+            StoreWord(units_ + 4 * x, weight | weight << 16);
+        }
+    }
+
+    /// Those of the block that begins with pixel `first`.
+    const std::uint8_t* Block(std::int64_t first) const { return units_ + 4 * first; }
+    static Lane At(const std::uint8_t* block, Place place) { return {LoadUnit(block + 2 * place.unit)}; }
+
+  private:
+    alignas(kBlockBytes) std::uint8_t units_[4 * kRun];
+};
+
+/// Byte by byte: `combineIn(block, first)(place, byte)` is what a byte of a block becomes, the fourth bytes excepted. The
+/// block begins with the pixel `first`.
 template <Roles roles, class CombineIn>
 void ForEachByte(const WordPixels& pixels, const WordFormat& format, const CombineIn& combineIn) {
     std::uint16_t fourth[kBlockUnits];
     for (int unit = 0; unit < kBlockUnits; ++unit) {
         fourth[unit] = static_cast<std::uint16_t>(format.fourthMask >> unit % 2 * 16);
     }
-    const auto process = [&combineIn, &fourth](const WordPixels& block) {
+    const auto process = [&combineIn, &fourth](const WordPixels& block, std::int64_t first) {
         const std::uint8_t* const source = block.source;
         std::uint8_t* const destination = block.destination;
-        const auto combine = combineIn(block);
+        const auto combine = combineIn(block, first);
         OMBRIX_INDEPENDENT_PIXELS
         for (int unit = 0; unit < kBlockUnits; ++unit) {
             const std::uint16_t word = LoadUnit(source + 2 * unit);
@@ -151,11 +173,11 @@ void ForEachByte(const WordPixels& pixels, const WordFormat& format, const Combi
     for (std::int64_t first = 0; first < whole; first += kBlockPixels) {
         const WordPixels block = PartOf<roles>(pixels, first, kBlockPixels);
         PrefetchBehind<roles>(block);
-        process(block);
+        process(block, first);
     }
     if (whole == pixels.count) return;
     LastPixels last(PartOf<roles>(pixels, whole, pixels.count - whole));
-    process(last.Block());
+    process(last.Block(), whole);
     last.Finish();
 }
 
