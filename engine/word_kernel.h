@@ -48,14 +48,16 @@ void PrefetchBehind(const WordPixels& pixels) {
     }
 }
 
-/// Calls `process(run)` for runs of up to so many pixels, one after the other.
-template <Roles roles, std::int64_t most, class Process>
+/// Calls `process(run)` for runs of so many pixels, one after the other, and for what remains.
+template <Roles roles, std::int64_t length, class Process>
 void ForEachRun(const WordPixels& pixels, const Process& process) {
-    for (std::int64_t first = 0; first < pixels.count; first += most) {
-        const WordPixels run = PartOf<roles>(pixels, first, std::min(most, pixels.count - first));
+    const std::int64_t whole = pixels.count / length * length;
+    for (std::int64_t first = 0; first < whole; first += length) {
+        const WordPixels run = PartOf<roles>(pixels, first, length);
         PrefetchBehind<roles>(run);
         process(run);
     }
+    if (whole != pixels.count) process(PartOf<roles>(pixels, whole, pixels.count - whole));
 }
 
 constexpr std::int64_t kRun = 64;  // pixels: what is kept of them stays in the nearest cache
