@@ -1,10 +1,13 @@
 // Between red, green, blue and hue, lightness, saturation, all on scales from 0 to 255. The hue circle is 255 units
 // long: 42.5 units to a sixth, 85 to a third.
 //
-// Written without branches, so that loops over pixels become vector code.
+// Written without branches, so that loops over pixels become vector code, and choosing what to divide instead of the
+// quotient, since divisions are most of the work.
 #pragma once
 
 #include <algorithm>
+
+#include "blend/quotient.h"
 
 namespace ombrix {
 
@@ -17,33 +20,31 @@ inline void Convert_RGB_To_HSL(int* first, int* second, int* third) {
     const int highest = std::max(std::max(red, green), blue);
     const int lowest = std::min(std::min(red, green), blue);
     const int sum = highest + lowest;
-    const double lightness = 0.5 * sum;
     const bool isGrey = highest == lowest;
-    const double delta = isGrey ? 1.0 : highest - lowest;
+    const int delta = isGrey ? 1 : highest - lowest;
 
     // 511 and not 510: it keeps the divisor of near-white colours above 0, at the price of a saturation that falls
     // a little short.
-    const double saturation = 255.0 * delta / (lightness < 128.0 ? std::max(sum, 1) : 511 - highest - lowest);
+    const int saturation = Quotient(255 * delta, sum < 256 ? std::max(sum, 1) : 511 - sum);
 
-    const double fromRed = (green - blue) / delta;
-    const double fromGreen = 2.0 + (blue - red) / delta;
-    const double fromBlue = 4.0 + (red - green) / delta;
-    double hue = red == highest ? fromRed : green == highest ? fromGreen : fromBlue;
-    hue = hue * 42.5;
+    const bool isRed = red == highest;
+    const bool isGreen = green == highest;
+    const int difference = isRed ? green - blue : isGreen ? blue - red : red - green;
+    const double sector = isRed ? 0.0 : isGreen ? 2.0 : 4.0;
+    double hue = (sector + static_cast<double>(difference) / delta) * 42.5;
     hue = hue < 0.0 ? hue + 255.0 : hue > 255.0 ? hue - 255.0 : hue;
 
     *first = isGrey ? 0 : static_cast<int>(hue);
-    *second = static_cast<int>(lightness);
-    *third = isGrey ? 0 : static_cast<int>(saturation);
+    *second = sum / 2;
+    *third = isGrey ? 0 : saturation;
 }
 
 /// One channel, 0 to 255 and truncated, of the colour whose lowest and highest channels are m1 and m2 (0.0 to 1.0), at
 /// a hue that may lie one third outside of the circle.
 inline int HLS_Value(double m1, double m2, double hue) {
     hue = hue > 255.0 ? hue - 255.0 : hue < 0.0 ? hue + 255.0 : hue;
-    const double rising = m1 + (m2 - m1) * hue / 42.5;
-    const double falling = m1 + (m2 - m1) * (170.0 - hue) / 42.5;
-    const double value = hue < 42.5 ? rising : hue < 127.5 ? m2 : hue < 170.0 ? falling : m1;
+    const double slope = m1 + (m2 - m1) * (hue < 42.5 ? hue : 170.0 - hue) / 42.5;
+    const double value = hue < 42.5 || (hue >= 127.5 && hue < 170.0) ? slope : hue < 127.5 ? m2 : m1;
     return static_cast<int>(value * 255.0);
 }
 
@@ -53,9 +54,10 @@ inline void Convert_HSL_To_RGB(int* first, int* second, int* third) {
     const int hue = *first;
     const int lightness = *second;
     const int saturation = *third;
-    const double dark = (saturation + 255.0) * lightness / 65025.0;
-    const double bright = ((lightness + saturation) - saturation * lightness / 255.0) / 255.0;
-    const double m2 = lightness <= 127 ? dark : bright;
+    const bool isDark = lightness <= 127;
+    const double ofDark = (saturation + 255.0) * lightness;
+    const double ofBright = (lightness + saturation) - saturation * lightness / 255.0;
+    const double m2 = (isDark ? ofDark : ofBright) / (isDark ? 65025.0 : 255.0);
     const double m1 = lightness / 127.5 - m2;
     const int red = HLS_Value(m1, m2, hue + 85.0);
     const int green = HLS_Value(m1, m2, hue);

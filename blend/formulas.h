@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "blend/colour_spaces.h"
+#include "blend/quotient.h"
 #include "engine/lane.h"
 #include "engine/luma.h"
 #include "engine/pixel.h"
@@ -83,12 +84,6 @@ struct LightenValue {
     }
 };
 
-/// A quotient of whole numbers below 65536, truncated. Single precision gives the same for every pair that the modes
-/// divide, and unlike whole numbers can be divided many at a time.
-inline int Quotient(int dividend, int divisor) {
-    return static_cast<int>(static_cast<float>(dividend) / static_cast<float>(divisor));
-}
-
 /// A white fill gives white even on black.
 struct ColorDodgeValue {
     int operator()(int s, int f) const {
@@ -155,8 +150,7 @@ struct SharpLightValue {
 struct VividLightValue {
     int operator()(int s, int f) const {
         const bool isDark = s <= 127;
-        const int divisor = 2 * Max(isDark ? s : 255 - s, 1);
-        const int quotient = Min(Quotient((isDark ? 255 - f : f) * 256, divisor), 255);
+        const int quotient = Min(Quotient(128 * (isDark ? 255 - f : f), Max(Min(s, 255 - s), 1)), 255);
         return s == 0 ? 127 : isDark ? 255 - quotient : quotient;
     }
 };
