@@ -149,9 +149,9 @@ struct SharpLightValue {
 /// areas turn grey.
 struct VividLightValue {
     int operator()(int s, int f) const {
-        const bool isDark = s <= 127;
-        const int quotient = Min(Quotient(128 * (isDark ? 255 - f : f), Max(Min(s, 255 - s), 1)), 255);
-        return s == 0 ? 127 : isDark ? 255 - quotient : quotient;
+        const int ifDark = s <= 127 ? 255 : 0;  // `value ^ 255` is 255 - value
+        const int quotient = Min(Quotient(128 * (f ^ ifDark), Max(s ^ ifDark ^ 255, 1)), 255);
+        return s == 0 ? 127 : quotient ^ ifDark;
     }
 };
 
