@@ -12,6 +12,7 @@ enum class InstructionLevel {
     Baseline,  ///< what every processor of the kind has
     V3,        ///< x86-64-v3: 256-bit vectors
     V4,        ///< x86-64-v4: 512-bit vectors
+    V4Vbmi,    ///< the same with permutations of bytes, which only table look-ups use
 };
 
 /// The best level that this processor has.
@@ -30,6 +31,7 @@ extern InstructionLevel gInstructionLevel;
 // this rests on the loop being inlined (`flatten`) into the function that has the features.
 #define OMBRIX_V3_FEATURES "avx,avx2,bmi,bmi2,f16c,fma,lzcnt,movbe"
 #define OMBRIX_V4_FEATURES OMBRIX_V3_FEATURES ",avx512f,avx512bw,avx512cd,avx512dq,avx512vl"
+#define OMBRIX_V4_VBMI_FEATURES OMBRIX_V4_FEATURES ",avx512vbmi"
 
 template <class Loop>
 [[gnu::target(OMBRIX_V3_FEATURES), gnu::flatten, gnu::noinline]] void RunAtV3(const Loop& loop) {
@@ -47,6 +49,7 @@ template <class Loop>
 void RunAtBestLevel(const Loop& loop) {
 #if defined(OMBRIX_HAS_LEVELS)
     switch (gInstructionLevel) {
+        case InstructionLevel::V4Vbmi:
         case InstructionLevel::V4:
             return RunAtV4(loop);
         case InstructionLevel::V3:

@@ -1,9 +1,8 @@
 #include "engine/row_walk.h"
 
 #include <algorithm>
-#include <cstring>
 
-#include "engine/pixel.h"
+#include "engine/depth_change.h"
 #include "engine/stream_copy.h"
 
 namespace ombrix {
@@ -11,33 +10,6 @@ namespace {
 
 /// Pixels that go through buffers at a time. Few, so that what is read next comes in while what was written goes out.
 constexpr std::int64_t kChunk = 256;
-
-/// Between pixels of 3 bytes and pixels of 4, which have the fourth byte at NULL_PIX and the others around it.
-class DepthChange {
-  public:
-    DepthChange() : below_((1u << 8 * NULL_PIX) - 1) {}
-
-    /// The fourth bytes become 0.
-    void Widen(const std::uint8_t* from, std::uint8_t* to, std::int64_t count) const {
-        for (std::int64_t x = 0; x + 1 < count; ++x) StoreWord(to + 4 * x, Widened(LoadWord(from + 3 * x)));
-        const std::uint8_t* last = from + 3 * (count - 1);  // a word would reach beyond it
-        StoreWord(to + 4 * (count - 1), Widened(last[0] | last[1] << 8 | last[2] << 16));
-    }
-
-    /// The fourth bytes are lost.
-    void Narrow(const std::uint8_t* from, std::uint8_t* to, std::int64_t count) const {
-        // Each word but the last writes a byte too much, which the next one puts right.
-        for (std::int64_t x = 0; x + 1 < count; ++x) StoreWord(to + 3 * x, Narrowed(LoadWord(from + 4 * x)));
-        const std::uint32_t last = Narrowed(LoadWord(from + 4 * (count - 1)));
-        std::memcpy(to + 3 * (count - 1), &last, 3);
-    }
-
-  private:
-    std::uint32_t Widened(std::uint32_t word) const { return (word & below_) | ((word & ~below_ & 0xffffff) << 8); }
-    std::uint32_t Narrowed(std::uint32_t word) const { return (word & below_) | (word >> 8 & ~below_); }
-
-    std::uint32_t below_;  ///< the bits of the channels that lie before the fourth byte
-};
 
 class Chunks {
   public:

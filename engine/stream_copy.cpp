@@ -46,7 +46,7 @@ void StreamCopy(std::uint8_t* destination, const std::uint8_t* source, std::size
     const std::size_t lines = (bytes - toLine) / kLine;
     const std::size_t streamed = toLine + lines * kLine;
 #if defined(OMBRIX_HAS_LEVELS)
-    const auto stream = gInstructionLevel == InstructionLevel::V4 ? StreamLinesV4 : StreamLines;
+    const auto stream = gInstructionLevel >= InstructionLevel::V4 ? StreamLinesV4 : StreamLines;
 #else
     const auto stream = StreamLines;
 #endif

@@ -16,7 +16,8 @@ namespace ombrix::testing {
 /// The levels of instructions that this machine has.
 inline std::vector<InstructionLevel> InstructionLevels() {
     std::vector<InstructionLevel> levels;
-    for (const InstructionLevel level : {InstructionLevel::Baseline, InstructionLevel::V3, InstructionLevel::V4}) {
+    for (const InstructionLevel level : {InstructionLevel::Baseline, InstructionLevel::V3, InstructionLevel::V4,
+                                         InstructionLevel::V4Vbmi}) {
         if (level <= BestInstructionLevel()) levels.push_back(level);
     }
     return levels;
