@@ -1,5 +1,5 @@
-// The row workers of every tone and colour effect. An effect brings a formula, a callable from Rgb<int> to Rgb<int> with
-// channels from 0 to 255, and knows nothing of rows, depths, masks or tasks.
+// The row workers of every tone and colour effect. An effect brings a formula, a callable from Rgb<int> to Rgb<int>
+// with channels from 0 to 255, and knows nothing of rows, depths, masks or tasks.
 //
 // A formula may be of another kind, and is worked out faster then:
 //   by bytes   a type ByBytes within it, made of the formula and a WordFormat: a callable of (Place, Lane) that gives
@@ -19,10 +19,14 @@
 namespace ombrix {
 
 template <class Formula>
-concept WorksByBytes = requires { typename Formula::ByBytes; };
+concept WorksByBytes = requires {
+    typename Formula::ByBytes;
+};
 
 template <class Formula>
-concept WorksByLuma = requires(const Formula& formula) { formula.FromLuma(0); };
+concept WorksByLuma = requires(const Formula& formula) {
+    formula.FromLuma(0);
+};
 
 /// What the kernel of a formula is made of: the formula, or a form of it that takes long to make.
 template <class Formula>

@@ -43,9 +43,9 @@ constexpr int Max(int a, int b) { return std::max(a, b); }
 /// 0, which compilers do not know.
 extern const std::uint16_t kHiddenZero;
 
-/// The upper 16 bits of a product of 32: `a * b >> 16` without room for the product. g++ makes the one instruction for it
-/// of operands that are 16 bits for all it can tell; where it knows what they come from it multiplies in 32 bits, at four
-/// times the cost.
+/// The upper 16 bits of a product of 32: `a * b >> 16` without room for the product. g++ makes the one instruction for
+/// it of operands that are 16 bits for all it can tell; where it knows what they come from it multiplies in 32 bits, at
+/// four times the cost.
 inline Lane HighProduct(Lane a, Lane b) {
     const auto unknown = [](Lane value) { return static_cast<std::uint16_t>(value.Bits() + kHiddenZero); };
     return {static_cast<std::uint16_t>(std::uint32_t{unknown(a)} * std::uint32_t{unknown(b)} >> 16)};

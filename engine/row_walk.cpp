@@ -13,7 +13,8 @@ constexpr std::int64_t kChunk = 256;
 
 class Chunks {
   public:
-    Chunks(const RowJob& job, const WordKernel& kernel, const WordKernel& mix) : job_(job), kernel_(kernel), mix_(mix) {}
+    Chunks(const RowJob& job, const WordKernel& kernel, const WordKernel& mix)
+        : job_(job), kernel_(kernel), mix_(mix) {}
 
     void Run() {
         for (std::int64_t first = 0; first < job_.count; first += kChunk) {

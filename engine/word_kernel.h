@@ -150,8 +150,8 @@ class PixelWeights {
     alignas(kBlockBytes) std::uint8_t units_[4 * kRun];
 };
 
-/// Byte by byte: `combineIn(block, first)(place, byte)` is what a byte of a block becomes, the fourth bytes excepted. The
-/// block begins with the pixel `first`.
+/// Byte by byte: `combineIn(block, first)(place, byte)` is what a byte of a block becomes, the fourth bytes excepted.
+/// The block begins with the pixel `first`.
 template <Roles roles, class CombineIn>
 void ForEachByte(const WordPixels& pixels, const WordFormat& format, const CombineIn& combineIn) {
     std::uint16_t fourth[kBlockUnits];
@@ -165,8 +165,8 @@ void ForEachByte(const WordPixels& pixels, const WordFormat& format, const Combi
         OMBRIX_INDEPENDENT_PIXELS
         for (int unit = 0; unit < kBlockUnits; ++unit) {
             const std::uint16_t word = LoadUnit(source + 2 * unit);
-            const std::uint16_t result = UnitOf(combine(Place{0, unit}, LowerByte(word)),
-                                                combine(Place{1, unit}, UpperByte(word)));
+            const std::uint16_t result =
+                UnitOf(combine(Place{0, unit}, LowerByte(word)), combine(Place{1, unit}, UpperByte(word)));
             StoreUnit(destination + 2 * unit,
                       static_cast<std::uint16_t>((word & fourth[unit]) | (result & ~fourth[unit])));
         }

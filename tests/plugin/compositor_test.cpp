@@ -193,6 +193,33 @@ TEST_F(Compositor, LoopsOverWordsDoWhatTheProcsDo) {
     }
 }
 
+TEST_F(Compositor, LongRowsAreWorkedOnInPieces) {
+    constexpr int kWidth = 1100, kFillWidth = 1060, kLeft = 17;
+    int n = 0;
+    for (const int mode : {0, 1, 12}) {
+        for (const int depths : {0, 1, 2, 3, 4, 5, 6, 7}) {
+            for (const bool masked : {false, true}) {
+                SCOPED_TRACE(::testing::Message() << "mode " << mode << ", depths " << depths << ", masked " << masked);
+                const LevelScope level(InstructionLevels()[++n % InstructionLevels().size()]);
+                const StreamingScope streaming(n % 3 == 0);
+                const auto bits = [depths](int role) { return depths >> role & 1 ? 24 : 32; };
+                FakePicture* source = host_.NewPicture("source", kWidth, 3, bits(0), n % 4);
+                FakePicture* fill = host_.NewPicture("fill", kFillWidth, 3, bits(1));
+                FakePicture* mask = masked ? host_.NewPicture("mask", kFillWidth, 3, bits(2)) : nullptr;
+                SetMode(mode);
+                const FakePicture* result = Apply(source, fill, 0.6, mask, host_.NewPoint(kLeft, 0));
+                for (int y = 0; y < 3; ++y) {
+                    for (int x = 0; x < kWidth; ++x) {
+                        ASSERT_EQ(Colour(*result, x, y),
+                                  Expected(mode, *source, *fill, 0.6, mask, kLeft, 0, kFillWidth, 3, x, y))
+                            << x << "," << y;
+                    }
+                }
+            }
+        }
+    }
+}
+
 TEST_F(Compositor, OnePictureInAllRoles) {
     FakePicture* picture = host_.NewPicture("picture", 30, 20, 32);
     SetMode(10);

@@ -5,10 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <vector>
 
 #include "engine/instruction_level.h"
+#include "engine/stream_copy.h"
 #include "tests/plugin/fake_host.h"
 
 namespace ombrix::testing {
@@ -16,8 +18,8 @@ namespace ombrix::testing {
 /// The levels of instructions that this machine has.
 inline std::vector<InstructionLevel> InstructionLevels() {
     std::vector<InstructionLevel> levels;
-    for (const InstructionLevel level : {InstructionLevel::Baseline, InstructionLevel::V3, InstructionLevel::V4,
-                                         InstructionLevel::V4Vbmi}) {
+    for (const InstructionLevel level :
+         {InstructionLevel::Baseline, InstructionLevel::V3, InstructionLevel::V4, InstructionLevel::V4Vbmi}) {
         if (level <= BestInstructionLevel()) levels.push_back(level);
     }
     return levels;
@@ -28,6 +30,18 @@ class LevelScope {
   public:
     explicit LevelScope(InstructionLevel level) { gInstructionLevel = level; }
     ~LevelScope() { gInstructionLevel = BestInstructionLevel(); }
+};
+
+/// Has destinations of any size written past the caches, or none.
+class StreamingScope {
+  public:
+    explicit StreamingScope(bool streams) {
+        gStreamedFromBytes = streams ? 0 : std::numeric_limits<std::int64_t>::max();
+    }
+    ~StreamingScope() { gStreamedFromBytes = before_; }
+
+  private:
+    std::int64_t before_ = gStreamedFromBytes;
 };
 
 struct EffectCase {

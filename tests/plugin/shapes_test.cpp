@@ -96,6 +96,7 @@ struct Shape {
     int hint;
     Positions positions;
     InstructionLevel level;
+    bool streams = false;
 };
 
 enum class Masking { None, Other, Itself };
@@ -123,6 +124,7 @@ class Shapes : public ::testing::TestWithParam<EffectCase> {
         const auto expected = Reference(shape.width, shape.height, masking);
         const ChannelPositions positions(shape.positions);
         const LevelScope level(shape.level);
+        const StreamingScope streaming(shape.streams);
         host_.rowPadding = shape.padding + 5;  // the destination's differs from the source's
         FakePicture* source = host_.NewPicture("source", shape.width, shape.height, shape.bits, shape.padding);
         FakePicture* mask = host_.NewPicture("mask", shape.width + shape.extraMaskWidth,
@@ -167,7 +169,7 @@ class Shapes : public ::testing::TestWithParam<EffectCase> {
 TEST_P(Shapes, SizesPaddingsDepthsAndTasksGiveTheSameColours) {
     const std::vector<InstructionLevel> levels = InstructionLevels();
     int combination = 0;
-    for (const int width : {1, 2, 3, 7, 16, 33, 67}) {
+    for (const int width : {1, 2, 3, 7, 16, 33, 67, 523}) {
         for (const int height : {1, 2, 15, 16, 17, 37}) {
             for (const int bits : {24, 32}) {
                 for (const int maskBits : {24, 32}) {
@@ -176,7 +178,7 @@ TEST_P(Shapes, SizesPaddingsDepthsAndTasksGiveTheSameColours) {
                         const int n = combination++;
                         const InstructionLevel level = levels[n % levels.size()];
                         const Shape shape{width, height, bits, n % 11,       maskBits, n % 5,
-                                          n % 3, n % 13, hint, {0, 1, 2, 3}, level};
+                                          n % 3, n % 13, hint, {0, 1, 2, 3}, level,    n % 2 == 1};
                         SCOPED_TRACE(::testing::Message() << width << "x" << height << " " << bits << "/" << maskBits
                                                           << " bits, hint " << hint << ", combination " << n);
                         Check(shape, static_cast<Masking>(n % 3));

@@ -9,6 +9,7 @@
 #include "picture/depth_conversion.h"
 #include "picture/function_lookup.h"
 #include "picture/map_effect.h"
+#include "tests/plugin/effect_cases.h"
 #include "tests/plugin/fake_host.h"
 
 namespace ombrix::testing {
@@ -118,7 +119,9 @@ class MapEffect : public Utilities {
 
 TEST_F(MapEffect, LooksEveryChannelUpInItsOwnTable) {
     FakeEffect object("MPImageFilter");
-    for (const int bits : {24, 32}) {
+    for (std::size_t n = 0; n < 2 * InstructionLevels().size(); ++n) {
+        const LevelScope level(InstructionLevels()[n / 2]);
+        const int bits = n % 2 == 0 ? 24 : 32;
         FakePicture* source = host_.NewPicture("source", 256, 17, bits);
         source->mask = host_.NewPicture("mask", 256, 17, 32);
         FakePicture* result = Picture(ApplyMapEffect(&object.Base(), source->Handle(), nullptr, &params_));
