@@ -93,6 +93,8 @@ Effect::Effect(std::string_view className) : record_(FindClass(className)) {
     memory_.resize(static_cast<std::size_t>(record_->dataOffset + record_->dataSize));
     FindClass(record_->superclass)->constructor(Handle());
     record_->constructor(Handle());
+    apply_ = reinterpret_cast<decltype(apply_)>(Method("Apply(source as Picture) as Picture"));
+    applyInPlace_ = reinterpret_cast<decltype(applyInPlace_)>(Method("ApplyInPlace(source as Picture)"));
 }
 
 Effect::~Effect() {
@@ -113,18 +115,7 @@ REALproc Effect::Method(std::string_view declaration) const {
     for (const auto& method : std::span(record_->methods, static_cast<std::size_t>(record_->methodCount))) {
         if (method.declaration == declaration) return method.function;
     }
-    throw std::logic_error("no method " + std::string(declaration));
-}
-
-REALobjectStruct* Effect::Apply(BenchPicture& source) {
-    using Function = REALobjectStruct* (*)(REALobjectStruct*, REALobjectStruct*);
-    const auto apply = reinterpret_cast<Function>(Method("Apply(source as Picture) as Picture"));
-    return apply(Handle(), source.Handle());
-}
-
-void Effect::ApplyInPlace(BenchPicture& source) {
-    using Function = void (*)(REALobjectStruct*, REALobjectStruct*);
-    reinterpret_cast<Function>(Method("ApplyInPlace(source as Picture)"))(Handle(), source.Handle());
+    return nullptr;
 }
 
 }  // namespace ombrix::bench

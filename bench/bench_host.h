@@ -42,17 +42,20 @@ class Effect {
     }
 
     /// Calls "Apply(source)"; gives the picture that was set with SetNewPicture, or null.
-    REALobjectStruct* Apply(BenchPicture& source);
-    /// Calls "ApplyInPlace(source)".
-    void ApplyInPlace(BenchPicture& source);
+    REALobjectStruct* Apply(BenchPicture& source) { return apply_(Handle(), source.Handle()); }
+    /// Calls "ApplyInPlace(source)", which BlendEffect does not have.
+    void ApplyInPlace(BenchPicture& source) { applyInPlace_(Handle(), source.Handle()); }
 
   private:
     REALobjectStruct* Handle() { return reinterpret_cast<REALobjectStruct*>(memory_.data()); }
     std::uint8_t* Data() { return memory_.data() + record_->dataOffset; }
     const REALpropertyDefinition& Property(std::string_view name) const;
+    /// The entry of a method, null when the class has none.
     REALproc Method(std::string_view declaration) const;
 
     const REALclassDefinition* record_;
+    REALobjectStruct* (*apply_)(REALobjectStruct* self, REALobjectStruct* source);
+    void (*applyInPlace_)(REALobjectStruct* self, REALobjectStruct* source);
     std::vector<std::uint8_t> memory_;
 };
 

@@ -24,10 +24,15 @@ std::uint8_t* Allocate(std::size_t bytes) {
 void BenchPicture::Free::operator()(std::uint8_t* bytes) const { std::free(bytes); }
 
 BenchPicture::BenchPicture(Size size, int bits)
+    : BenchPicture(size, bits, Allocate(static_cast<std::size_t>(size.width) * (bits / 8) * size.height)) {
+    owned_.reset(bytes_);
+}
+
+BenchPicture::BenchPicture(Size size, int bits, std::uint8_t* bytes)
     : size_(size),
       bytesPerPixel_(bits / 8),
-      bytes_(Allocate(ByteCount())),
-      context_(OmbrixBitmapContextCreate(bytes_.get(), RowBytes(), static_cast<std::size_t>(bits))) {
+      bytes_(bytes),
+      context_(OmbrixBitmapContextCreate(bytes, RowBytes(), static_cast<std::size_t>(bits))) {
     if (!context_) throw std::bad_alloc();
 }
 

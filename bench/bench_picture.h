@@ -1,4 +1,4 @@
-// Pictures whose memory is there: every byte was written once, so that no page fault is measured.
+// The pictures that are worked on.
 #pragma once
 
 #include <cstddef>
@@ -25,8 +25,10 @@ inline constexpr Size kPhotoSize{4000, 3000};
 /// A picture of the benchmark's host. Rows follow each other without padding.
 class BenchPicture {
   public:
-    /// `bits` per pixel: 24 or 32. All bytes are 255.
+    /// Of `bits` per pixel: 24 or 32. All bytes are 255: each was written once, so that no page fault is measured.
     BenchPicture(Size size, int bits);
+    /// Over the bytes of somebody else, who keeps them for as long as this lives.
+    BenchPicture(Size size, int bits, std::uint8_t* bytes);
     ~BenchPicture();
     BenchPicture(const BenchPicture&) = delete;
     BenchPicture& operator=(const BenchPicture&) = delete;
@@ -35,8 +37,8 @@ class BenchPicture {
     int BytesPerPixel() const { return bytesPerPixel_; }
     std::size_t RowBytes() const { return static_cast<std::size_t>(size_.width) * bytesPerPixel_; }
     std::size_t ByteCount() const { return RowBytes() * size_.height; }
-    std::uint8_t* Bytes() const { return bytes_.get(); }
-    std::uint8_t* Row(int y) const { return bytes_.get() + RowBytes() * y; }
+    std::uint8_t* Bytes() const { return bytes_; }
+    std::uint8_t* Row(int y) const { return bytes_ + RowBytes() * y; }
     CGContextRef Context() const { return context_; }
 
     /// The handle that the plug-in sees.
@@ -50,7 +52,8 @@ class BenchPicture {
 
     Size size_;
     int bytesPerPixel_;
-    std::unique_ptr<std::uint8_t, Free> bytes_;
+    std::unique_ptr<std::uint8_t, Free> owned_;  ///< or null
+    std::uint8_t* bytes_;
     CGContextRef context_;
 };
 

@@ -39,8 +39,8 @@ Limit PlainLimit(std::string_view mode) {
 Limit MixedLimit(std::string_view mode) { return HasColourSpace(mode) ? kColourSpaceLimit : Limit{0.35, 0.5}; }
 
 constexpr Kind kKinds[] = {
-    {"blend", 1.0, false, PlainLimit},
-    {"blend with opacity and mask", 0.7, true, MixedLimit},
+    {kBlend, 1.0, false, PlainLimit},
+    {kBlendMixed, kMixedOpacity, true, MixedLimit},
 };
 
 /// Integer work halves with the width of the vectors; without vector code nothing is promised.
@@ -50,13 +50,13 @@ Limit AtLevel(Limit limit, std::string_view mode) {
     return limit;
 }
 
-void Measure(benchmark::State& state, const Kind& kind, const BlendWork& work, int tasks) {
+void Measure(benchmark::State& state, const Kind& kind, const BlendWork& work, const RowName& name) {
     PictureSet& pictures = Pictures(kPhotoSize, 32);
-    const Limit limit = ForTasks(AtLevel(kind.limit(work.name), work.name), tasks);
+    const Limit limit = ForTasks(AtLevel(kind.limit(work.name), work.name), name.tasks);
+    const WorkRow row{name, pictures, /*inPlace=*/false, limit};
     CaptureBlend(work, kind.opacity, pictures.source, pictures.fill, kind.masked ? &pictures.mask : nullptr,
-                 pictures.destination, [&](GenericMPParams* params, RowWorker worker) {
-                     MeasureRowWork(state, pictures, /*inPlace=*/false, params, worker, tasks, limit);
-                 });
+                 pictures.destination,
+                 [&](GenericMPParams* params, RowWorker worker) { MeasureRowWork(state, row, params, worker); });
 }
 
 }  // namespace
@@ -65,8 +65,8 @@ void AddBlendRows(std::span<const int> taskCounts) {
     for (const Kind& kind : kKinds) {
         for (const BlendWork& work : BlendWorks()) {
             for (const int tasks : taskCounts) {
-                AddRow({kind.group, std::string(work.name), tasks},
-                       [&kind, &work, tasks](benchmark::State& state) { Measure(state, kind, work, tasks); });
+                const RowName name{kind.group, std::string(work.name), tasks};
+                AddRow(name, [&kind, &work, name](auto& state) { Measure(state, kind, work, name); });
             }
         }
     }

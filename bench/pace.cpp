@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <utility>
 #include <vector>
 
 namespace ombrix::bench {
@@ -33,13 +32,6 @@ void WarmUp(const PaceWork& work) {
 
 }  // namespace
 
-Pace MeasurePace(const PaceWork& work) {
-    WarmUp(work);
-    Samples samples;
-    for (int i = 0; i < kIterations; ++i) samples.Take(work);
-    return samples.Medians();
-}
-
 Pace MeasurePace(benchmark::State& state, const PaceWork& work) {
     WarmUp(work);
     Samples samples;
@@ -47,6 +39,16 @@ Pace MeasurePace(benchmark::State& state, const PaceWork& work) {
         static_cast<void>(iteration);
         state.SetIterationTime(samples.Take(work));
     }
+    return samples.Medians();
+}
+
+Pace MeasureBriefly(const PaceWork& work) {
+    constexpr int kFewest = 3;
+    constexpr double kSeconds = 0.4;
+    Samples samples;
+    const double each = SecondsOf([&work] { Samples().Take(work); });
+    const double affordable = std::clamp(kSeconds / each, 1.0 * kFewest, 1.0 * kIterations);
+    for (int i = 0; i < static_cast<int>(affordable); ++i) samples.Take(work);
     return samples.Medians();
 }
 

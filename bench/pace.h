@@ -13,9 +13,10 @@ namespace ombrix::bench {
 inline constexpr int kIterations = 21;
 inline constexpr int kWarmUps = 2;
 
+/// One iteration does these in turn.
 struct PaceWork {
-    std::function<void()> prepare;  ///< not timed, before each iteration; may be empty
-    std::function<void()> copy;
+    std::function<void()> prepare;  ///< not timed; may be empty
+    std::function<void()> copy;     ///< the yardstick: a copy, or other work of about as long
     std::function<void()> work;
 };
 
@@ -26,10 +27,11 @@ struct Pace {
     double workSeconds;
 };
 
-/// Measures by itself.
-Pace MeasurePace(const PaceWork& work);
 /// Measures as the iterations of `state`, whose number was set to kIterations.
 Pace MeasurePace(benchmark::State& state, const PaceWork& work);
+/// Measures by itself, for works of which many are slow: one warm-up, and fewer iterations (3 at least) when as many
+/// would take longer than 0.4 seconds.
+Pace MeasureBriefly(const PaceWork& work);
 
 /// Seconds that `work` takes.
 double SecondsOf(const std::function<void()>& work);

@@ -21,10 +21,8 @@ void AddRow(const RowName& name, std::function<void(benchmark::State&)> measure)
 void ReportPace(benchmark::State& state, const Pace& pace, Size size, Limit limit) {
     state.counters[kPixelRateCounter] = size.Megapixels() / pace.workSeconds;
     state.counters[kRatioCounter] = pace.ratio;
-    if (limit.least > 0) {
-        state.counters[kLeastCounter] = limit.least;
-        state.counters[kAimCounter] = limit.aim;
-    }
+    if (limit.least > 0) state.counters[kLeastCounter] = limit.least;
+    if (limit.aim > 0) state.counters[kAimCounter] = limit.aim;
 }
 
 }  // namespace ombrix::bench

@@ -22,6 +22,14 @@ struct RowName {
     static RowName Split(const std::string& joined);
 };
 
+// The groups of rows that other libraries have work for.
+inline constexpr const char* kInPlace = "in place";
+inline constexpr const char* kIntoNew = "into a new picture";
+inline constexpr const char* kInPlaceMasked = "in place with a mask";
+inline constexpr const char* kBlend = "blend";
+inline constexpr const char* kBlendMixed = "blend with opacity and mask";
+inline constexpr double kMixedOpacity = 0.7;
+
 /// What a ratio is held to: `least` has to be reached, `aim` is where it should be. 0: nothing is asked.
 struct Limit {
     double least = 0;
@@ -39,6 +47,8 @@ inline constexpr const char* kPixelRateCounter = "Mpixel/s";
 inline constexpr const char* kRatioCounter = "ratio";
 inline constexpr const char* kLeastCounter = "least";
 inline constexpr const char* kAimCounter = "aim";
+inline constexpr const char* kOverheadCounter = "overhead us";
+inline constexpr const char* kMostOverheadCounter = "at most us";
 inline constexpr const char* kPeerCounter = "peer ";
 
 /// Registers a row that `measure` takes kIterations of.

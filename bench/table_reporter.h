@@ -17,8 +17,8 @@ class TableReporter : public benchmark::BenchmarkReporter {
     bool ReportContext(const Context& context) override;
     void ReportRuns(const std::vector<Run>& runs) override;
 
-    /// Rows that did not reach what they are held to.
-    int RowsBelow() const { return rowsBelow_; }
+    /// Rows that miss what they are held to.
+    int Missed() const { return missed_; }
 
   private:
     void StartGroup(const std::string& group);
@@ -26,7 +26,7 @@ class TableReporter : public benchmark::BenchmarkReporter {
 
     TableStyle style_;
     std::string group_;
-    int rowsBelow_ = 0;
+    int missed_ = 0;
 };
 
 }  // namespace ombrix::bench

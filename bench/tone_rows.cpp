@@ -36,20 +36,20 @@ Limit MaskedLimit(std::string_view work) { return {work == "sepia" || IsWeighted
 Limit ThreeByteLimit(std::string_view work) { return InPlaceLimit(work).Scaled(1.0 / 3); }
 
 constexpr Kind kKinds[] = {
-    {"in place", 32, true, false, InPlaceLimit},
-    {"into a new picture", 32, false, false, IntoNewLimit},
-    {"in place with a mask", 32, true, true, MaskedLimit},
+    {kInPlace, 32, true, false, InPlaceLimit},
+    {kIntoNew, 32, false, false, IntoNewLimit},
+    {kInPlaceMasked, 32, true, true, MaskedLimit},
     {"in place at 24 bits", 24, true, false, ThreeByteLimit},
 };
 
-void Measure(benchmark::State& state, const Kind& kind, const ToneWork& work, int tasks) {
+void Measure(benchmark::State& state, const Kind& kind, const ToneWork& work, const RowName& name) {
     PictureSet& pictures = Pictures(kPhotoSize, kind.bits);
     // Without vector code nothing is promised.
     const Limit limit = gInstructionLevel == InstructionLevel::Baseline ? Limit{} : kind.limit(work.name);
+    const WorkRow row{name, pictures, kind.inPlace, ForTasks(limit, name.tasks)};
     CaptureTone(work, pictures.source, kind.inPlace ? nullptr : &pictures.destination,
-                kind.masked ? &pictures.mask : nullptr, [&](GenericMPParams* params, RowWorker worker) {
-                    MeasureRowWork(state, pictures, kind.inPlace, params, worker, tasks, ForTasks(limit, tasks));
-                });
+                kind.masked ? &pictures.mask : nullptr,
+                [&](GenericMPParams* params, RowWorker worker) { MeasureRowWork(state, row, params, worker); });
 }
 
 }  // namespace
@@ -58,8 +58,8 @@ void AddToneRows(std::span<const int> taskCounts) {
     for (const Kind& kind : kKinds) {
         for (const ToneWork& work : ToneWorks()) {
             for (const int tasks : taskCounts) {
-                AddRow({kind.group, std::string(work.name), tasks},
-                       [&kind, &work, tasks](benchmark::State& state) { Measure(state, kind, work, tasks); });
+                const RowName name{kind.group, std::string(work.name), tasks};
+                AddRow(name, [&kind, &work, name](auto& state) { Measure(state, kind, work, name); });
             }
         }
     }

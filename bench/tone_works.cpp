@@ -4,7 +4,6 @@
 #include <cmath>
 #include <utility>
 
-#include "bench/bench_host.h"
 #include "picture/map_effect.h"
 
 namespace ombrix::bench {
@@ -58,6 +57,10 @@ MapTables::MapTables() {
     }
 }
 
+void SetArguments(Effect& effect, const ToneWork& work) {
+    for (const auto& argument : work.arguments) effect.Set(argument.property, argument.value);
+}
+
 void CaptureTone(const ToneWork& work, BenchPicture& source, BenchPicture* destination, BenchPicture* mask,
                  RowWorkReceiver receiver) {
     if (destination) SetNewPicture(*destination);
@@ -66,7 +69,7 @@ void CaptureTone(const ToneWork& work, BenchPicture& source, BenchPicture* desti
         return;
     }
     Effect effect(work.className);
-    for (const auto& argument : work.arguments) effect.Set(argument.property, argument.value);
+    SetArguments(effect, work);
     if (mask) effect.Set("Mask", mask->Handle());
     const RowWorkCapture capture(effect.Base(), std::move(receiver));
     if (destination) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bench/bench_host.h"
 #include "bench/bench_picture.h"
 #include "bench/row_work.h"
 
@@ -34,6 +35,9 @@ struct MapTables {
 
     MapTables();
 };
+
+/// Gives an effect of the work's class the work's arguments.
+void SetArguments(Effect& effect, const ToneWork& work);
 
 /// Calls the effect on `source` and gives its row work to `receiver`: into `destination`, in place when that is null;
 /// weighted by `mask` unless that is null.

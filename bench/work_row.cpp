@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "bench/peers/peers.h"
 #include "engine/executor.h"
 
 namespace ombrix::bench {
@@ -12,14 +13,16 @@ void RunRowWork(GenericMPParams* params, RowWorker worker, int tasks) {
     if (params->rowsDone != params->height) throw std::logic_error("rows were left out");
 }
 
-void MeasureRowWork(benchmark::State& state, const PictureSet& pictures, bool inPlace, GenericMPParams* params,
-                    RowWorker worker, int tasks, Limit limit) {
+void MeasureRowWork(benchmark::State& state, const WorkRow& row, GenericMPParams* params, RowWorker worker) {
+    const PictureSet& pictures = row.pictures;
+    const int tasks = row.name.tasks;
     PaceWork work{.prepare = nullptr,
                   .copy = [&] { pictures.CopySource(tasks); },
                   .work = [&] { RunRowWork(params, worker, tasks); }};
-    if (inPlace) work.prepare = [&] { pictures.RestoreSource(); };
-    ReportPace(state, MeasurePace(state, work), pictures.source.Extent(), limit);
-    if (inPlace) pictures.RestoreSource();
+    if (row.inPlace) work.prepare = [&] { pictures.RestoreSource(); };
+    ReportPace(state, MeasurePace(state, work), pictures.source.Extent(), row.limit);
+    if (row.inPlace) pictures.RestoreSource();
+    MeasurePeers(state, row.name, row.pictures);
 }
 
 }  // namespace ombrix::bench

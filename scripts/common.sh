@@ -76,18 +76,25 @@ Type this, then try again:
     quietly "Installing $*" "${apt[@]}" install -y --no-install-recommends "$@"
 }
 
-# build PRESET PART TARGET...: configures build/PRESET when that has not been done with PART, "TESTS" or "BENCH" (""
-# needs neither), and builds the targets.
+# configure PRESET OPTION...: configures build/PRESET; the tests are left out unless an option or an earlier time says
+# otherwise.
+configure() {
+    local preset=$1
+    shift
+    [ -f "$root/build/$preset/build.ninja" ] || set -- -DOMBRIX_BUILD_TESTS=OFF "$@"
+    # --preset is looked up from the current folder.
+    quietly "Configuring build/$preset" env -C "$root" cmake --preset "$preset" "$@"
+}
+
+# build PRESET PART TARGET...: builds the targets in build/PRESET, which is configured when that has not been done with
+# PART: "TESTS", "BENCH", or "" where neither is needed.
 build() {
-    local preset=$1 part=$2 folder=$root/build/$1 options=()
+    local preset=$1 part=$2 folder=$root/build/$1
     shift 2
-    [ -f "$folder/build.ninja" ] || options+=(-DOMBRIX_BUILD_TESTS=OFF)
-    if [ "$part" ] && ! grep -qs "^OMBRIX_BUILD_$part:BOOL=ON" "$folder/CMakeCache.txt"; then
-        options+=("-DOMBRIX_BUILD_$part=ON")
-    fi
-    if [ ${#options[@]} -gt 0 ]; then
-        # --preset is looked up from the current folder.
-        quietly "Configuring build/$preset" env -C "$root" cmake --preset "$preset" "${options[@]}"
+    if [ ! -f "$folder/build.ninja" ]; then
+        configure "$preset" ${part:+"-DOMBRIX_BUILD_$part=ON"}
+    elif [ "$part" ] && ! grep -q "^OMBRIX_BUILD_$part:BOOL=ON" "$folder/CMakeCache.txt"; then
+        configure "$preset" "-DOMBRIX_BUILD_$part=ON"
     fi
     quietly "Building build/$preset" cmake --build "$folder" --target "$@"
 }

@@ -1,0 +1,18 @@
+# Draws what ./run bench --growth FILE measured:
+#     gnuplot -c bench/growth.gp FILE docs/pictures/performance-growth.svg
+set terminal svg size 900,480 font "sans-serif,13" background "white"
+set output ARG2
+set datafile separator ","
+set logscale x
+set xtics (1, 3, 12, 50, 150, 500)
+set yrange [0:*]
+set grid ytics lc rgb "#dddddd"
+set key outside right top
+set xlabel "megapixels"
+set ylabel "nanoseconds per pixel"
+
+works = "'brightness in place' 'brightness into a new picture' 'sepia into a new picture' multiply memcpy"
+colour(i) = word("#0072b2 #56b4e9 #d55e00 #009e73 #888888", i)
+of(work, tasks) = sprintf("< awk -F, -v work='%s' -v tasks=%d '$1 == work && $2 == tasks' '%s'", work, tasks, ARG1)
+plot for [tasks = 1:2] for [i = 1:words(works)] of(word(works, i), tasks) using 3:4 with linespoints \
+    lw 2 pt 7 ps 0.5 dt tasks lc rgb colour(i) title sprintf("%s, %d task%s", word(works, i), tasks, tasks > 1 ? "s" : "")
