@@ -20,10 +20,24 @@ namespace {
 template <class Formula>
 concept WorksOnBytes = requires(Formula formula, Lane lane) { formula.OfBytes(lane, lane); };
 
-/// The loop of a mode, before opacity and mask.
 template <class Formula>
+concept HasFusedForm = requires { typename Formula::Fused; };
+
+/// The form of a formula for a level.
+template <class Mode, class Level>
+auto FormulaAt(Level) {
+    if constexpr (HasFusedForm<Mode> && Level::hasFusedMultiplyAdd) {
+        return typename Mode::Fused();
+    } else {
+        return Mode();
+    }
+}
+
+/// The loop of a mode, before opacity and mask.
+template <class Mode>
 void RunMode(const void* /*formula*/, const WordPixels& pixelsOfCall) {
-    RunAtBestLevel([&pixelsOfCall] {
+    RunAtBestLevel([&pixelsOfCall](auto level) {
+        using Formula = decltype(FormulaAt<Mode>(level));
         const WordPixels pixels = pixelsOfCall;  // in registers: what is stored below could be part of the original
         const WordFormat format{PixelFormat(4)};
         constexpr Roles roles{.fill = true};

@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-#include "blend/quotient.h"
+#include "blend/division.h"
 
 namespace ombrix {
 
@@ -41,27 +41,32 @@ inline void Convert_RGB_To_HSL(int* first, int* second, int* third) {
 
 /// One channel, 0 to 255 and truncated, of the colour whose lowest and highest channels are m1 and m2 (0.0 to 1.0), at
 /// a hue that may lie one third outside of the circle.
-inline int HLS_Value(double m1, double m2, double hue) {
+template <class Division = PlainDivision>
+int HLS_Value(double m1, double m2, double hue) {
     hue = hue > 255.0 ? hue - 255.0 : hue < 0.0 ? hue + 255.0 : hue;
-    const double slope = m1 + (m2 - m1) * (hue < 42.5 ? hue : 170.0 - hue) / 42.5;
+    const double rise = (m2 - m1) * (hue < 42.5 ? hue : 170.0 - hue);
+    const double slope = m1 + Division::Divide(rise, 42.5, 1.0 / 42.5);
     const double value = hue < 42.5 || (hue >= 127.5 && hue < 170.0) ? slope : hue < 127.5 ? m2 : m1;
     return static_cast<int>(value * 255.0);
 }
 
 /// In place, the inverse: hue, lightness and saturation become red, green and blue. Truncation on the way loses up to
 /// a few units; greys come back exactly.
-inline void Convert_HSL_To_RGB(int* first, int* second, int* third) {
+template <class Division = PlainDivision>
+void Convert_HSL_To_RGB(int* first, int* second, int* third) {
     const int hue = *first;
     const int lightness = *second;
     const int saturation = *third;
     const bool isDark = lightness <= 127;
     const double ofDark = (saturation + 255.0) * lightness;
-    const double ofBright = (lightness + saturation) - saturation * lightness / 255.0;
-    const double m2 = (isDark ? ofDark : ofBright) / (isDark ? 65025.0 : 255.0);
-    const double m1 = lightness / 127.5 - m2;
-    const int red = HLS_Value(m1, m2, hue + 85.0);
-    const int green = HLS_Value(m1, m2, hue);
-    const int blue = HLS_Value(m1, m2, hue - 85.0);
+    const double ofBright =
+        (lightness + saturation) - Division::Divide(saturation * lightness, 255.0, 1.0 / 255.0);
+    const double m2 = Division::Divide(isDark ? ofDark : ofBright, isDark ? 65025.0 : 255.0,
+                                       isDark ? 1.0 / 65025.0 : 1.0 / 255.0);
+    const double m1 = Division::Divide(lightness, 127.5, 1.0 / 127.5) - m2;
+    const int red = HLS_Value<Division>(m1, m2, hue + 85.0);
+    const int green = HLS_Value<Division>(m1, m2, hue);
+    const int blue = HLS_Value<Division>(m1, m2, hue - 85.0);
     *first = saturation == 0 ? lightness : red;
     *second = saturation == 0 ? lightness : green;
     *third = saturation == 0 ? lightness : blue;

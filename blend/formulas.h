@@ -9,7 +9,7 @@
 #include <type_traits>
 
 #include "blend/colour_spaces.h"
-#include "blend/quotient.h"
+#include "blend/division.h"
 #include "engine/lane.h"
 #include "engine/luma.h"
 #include "engine/pixel.h"
@@ -214,38 +214,45 @@ struct Hls {
         return {colour.red, colour.green, colour.blue};
     }
 
+    template <class Division>
     Rgb<int> ToRgb() const {
         Rgb<int> colour{hue, lightness, saturation};
-        Convert_HSL_To_RGB(&colour.red, &colour.green, &colour.blue);
+        Convert_HSL_To_RGB<Division>(&colour.red, &colour.green, &colour.blue);
         return {colour.red & 0xff, colour.green & 0xff, colour.blue & 0xff};
     }
 };
 
-/// The fill's hue.
-struct Hue {
+/// A mode that composes a colour of hue, lightness and saturation. `Fused` is the same on processors that multiply and
+/// add in one step.
+template <class Composition, class Division = PlainDivision>
+struct HlsMode {
+    using Fused = HlsMode<Composition, FusedDivision>;
+
     Rgb<int> operator()(Rgb<int> source, Rgb<int> fill) const {
-        const Hls s = Hls::Of(source);
-        return Hls{Hls::Of(fill).hue, s.lightness, s.saturation}.ToRgb();
+        return Composition()(Hls::Of(source), Hls::Of(fill)).template ToRgb<Division>();
     }
+};
+
+/// The fill's hue.
+struct HueOfFill {
+    Hls operator()(Hls source, Hls fill) const { return {fill.hue, source.lightness, source.saturation}; }
 };
 
 /// Named for saturation, but it is the fill's lightness that is taken: a grey fill does not turn the source grey, it
 /// relights it.
-struct Saturation {
-    Rgb<int> operator()(Rgb<int> source, Rgb<int> fill) const {
-        const Hls s = Hls::Of(source);
-        return Hls{s.hue, Hls::Of(fill).lightness, s.saturation}.ToRgb();
-    }
+struct LightnessOfFill {
+    Hls operator()(Hls source, Hls fill) const { return {source.hue, fill.lightness, source.saturation}; }
 };
 
 /// The fill's hue and lightness with the source's saturation: the fill's shapes show, in the source's strength of
 /// colour.
-struct Color {
-    Rgb<int> operator()(Rgb<int> source, Rgb<int> fill) const {
-        const Hls f = Hls::Of(fill);
-        return Hls{f.hue, f.lightness, Hls::Of(source).saturation}.ToRgb();
-    }
+struct SaturationOfSource {
+    Hls operator()(Hls source, Hls fill) const { return {fill.hue, fill.lightness, source.saturation}; }
 };
+
+using Hue = HlsMode<HueOfFill>;
+using Saturation = HlsMode<LightnessOfFill>;
+using Color = HlsMode<SaturationOfSource>;
 
 /// The fill itself: mode normal, before opacity.
 struct Normal {

@@ -4,7 +4,7 @@
 // only of the instructions that they may use; the level is chosen when the plug-in is loaded.
 #pragma once
 
-#include <utility>
+#include <type_traits>
 
 namespace ombrix {
 
@@ -14,6 +14,22 @@ enum class InstructionLevel {
     V4,        ///< x86-64-v4: 512-bit vectors
     V4Vbmi,    ///< the same with permutations of bytes, which only table look-ups use
 };
+
+/// What is known of a level when a loop is compiled for it.
+template <InstructionLevel level>
+struct AtLevel {
+    static constexpr bool hasFusedMultiplyAdd = level >= InstructionLevel::V3;
+};
+
+/// Calls a loop, which may want to know the level.
+template <InstructionLevel level, class Loop>
+void CallLoop(const Loop& loop) {
+    if constexpr (std::is_invocable_v<const Loop&>) {
+        loop();
+    } else {
+        loop(AtLevel<level>());
+    }
+}
 
 /// The best level that this processor has.
 InstructionLevel BestInstructionLevel();
@@ -35,16 +51,16 @@ extern InstructionLevel gInstructionLevel;
 
 template <class Loop>
 [[gnu::target(OMBRIX_V3_FEATURES), gnu::flatten, gnu::noinline]] void RunAtV3(const Loop& loop) {
-    loop();
+    CallLoop<InstructionLevel::V3>(loop);
 }
 
 template <class Loop>
 [[gnu::target(OMBRIX_V4_FEATURES), gnu::flatten, gnu::noinline]] void RunAtV4(const Loop& loop) {
-    loop();
+    CallLoop<InstructionLevel::V4>(loop);
 }
 #endif
 
-/// Calls `loop`. What it calls must be inlinable, and it must hold all of the loop: the choice costs a jump.
+/// Calls `loop()`, or `loop(AtLevel<…>())`. What it calls must be inlinable, and it must hold all of the loop: the choice costs a jump.
 template <class Loop>
 void RunAtBestLevel(const Loop& loop) {
 #if defined(OMBRIX_HAS_LEVELS)
@@ -58,7 +74,7 @@ void RunAtBestLevel(const Loop& loop) {
             break;
     }
 #endif
-    loop();
+    CallLoop<InstructionLevel::Baseline>(loop);
 }
 
 }  // namespace ombrix
