@@ -30,9 +30,9 @@ inline void Convert_RGB_To_HSL(int* first, int* second, int* third) {
     const bool isRed = red == highest;
     const bool isGreen = green == highest;
     const int difference = isRed ? green - blue : isGreen ? blue - red : red - green;
-    const double sector = isRed ? 0.0 : isGreen ? 2.0 : 4.0;
-    double hue = (sector + static_cast<double>(difference) / delta) * 42.5;
-    hue = hue < 0.0 ? hue + 255.0 : hue > 255.0 ? hue - 255.0 : hue;
+    const int sector = isRed ? 0 : isGreen ? 2 : 4;
+    const int turn = difference < 0 ? (isRed ? 255 : 0) : 0;
+    const double hue = (sector + static_cast<double>(difference) / delta) * 42.5 + turn;
 
     *first = isGrey ? 0 : static_cast<int>(hue);
     *second = sum / 2;
@@ -42,11 +42,11 @@ inline void Convert_RGB_To_HSL(int* first, int* second, int* third) {
 /// One channel, 0 to 255 and truncated, of the colour whose lowest and highest channels are m1 and m2 (0.0 to 1.0), at
 /// a hue that may lie one third outside of the circle.
 template <class Division = PlainDivision>
-int HLS_Value(double m1, double m2, double hue) {
-    hue = hue > 255.0 ? hue - 255.0 : hue < 0.0 ? hue + 255.0 : hue;
-    const double rise = (m2 - m1) * (hue < 42.5 ? hue : 170.0 - hue);
+int HLS_Value(double m1, double m2, int hue) {
+    hue = hue > 255 ? hue - 255 : hue < 0 ? hue + 255 : hue;
+    const double rise = (m2 - m1) * (hue < 43 ? hue : 170 - hue);
     const double slope = m1 + Division::Divide(rise, 42.5, 1.0 / 42.5);
-    const double value = hue < 42.5 || (hue >= 127.5 && hue < 170.0) ? slope : hue < 127.5 ? m2 : m1;
+    const double value = hue < 43 ? slope : hue < 128 ? m2 : hue < 170 ? slope : m1;
     return static_cast<int>(value * 255.0);
 }
 
@@ -58,15 +58,15 @@ void Convert_HSL_To_RGB(int* first, int* second, int* third) {
     const int lightness = *second;
     const int saturation = *third;
     const bool isDark = lightness <= 127;
-    const double ofDark = (saturation + 255.0) * lightness;
+    const int ofDark = (saturation + 255) * lightness;
     const double ofBright =
         (lightness + saturation) - Division::Divide(saturation * lightness, 255.0, 1.0 / 255.0);
     const double m2 = Division::Divide(isDark ? ofDark : ofBright, isDark ? 65025.0 : 255.0,
                                        isDark ? 1.0 / 65025.0 : 1.0 / 255.0);
     const double m1 = Division::Divide(lightness, 127.5, 1.0 / 127.5) - m2;
-    const int red = HLS_Value<Division>(m1, m2, hue + 85.0);
+    const int red = HLS_Value<Division>(m1, m2, hue + 85);
     const int green = HLS_Value<Division>(m1, m2, hue);
-    const int blue = HLS_Value<Division>(m1, m2, hue - 85.0);
+    const int blue = HLS_Value<Division>(m1, m2, hue - 85);
     *first = saturation == 0 ? lightness : red;
     *second = saturation == 0 ? lightness : green;
     *third = saturation == 0 ? lightness : blue;
