@@ -7,7 +7,7 @@ set logscale x
 set xtics (1, 3, 12, 50, 150, 500)
 set yrange [0:*]
 set grid ytics lc rgb "#dddddd"
-set key outside right center samplen 2 spacing 1.1 font ",11"
+set key outside right center samplen 4 spacing 1.1 font ",11"
 set xlabel "megapixels"
 set ylabel "nanoseconds per pixel"
 
