@@ -1,13 +1,13 @@
 # Draws what ./run bench --growth FILE measured:
 #     gnuplot -c bench/growth.gp FILE docs/pictures/performance-growth.svg
-set terminal svg size 900,480 font "sans-serif,13" background "white"
+set terminal svg size 1000,460 font "sans-serif,13" background "white"
 set output ARG2
 set datafile separator ","
 set logscale x
 set xtics (1, 3, 12, 50, 150, 500)
 set yrange [0:*]
 set grid ytics lc rgb "#dddddd"
-set key outside right top
+set key outside right center samplen 4 spacing 1.1 font ",11"
 set xlabel "megapixels"
 set ylabel "nanoseconds per pixel"
 

@@ -11,6 +11,7 @@ constexpr std::pair<InstructionLevel, std::string_view> kLevels[] = {
     {InstructionLevel::Baseline, "baseline"},
     {InstructionLevel::V3, "v3"},
     {InstructionLevel::V4, "v4"},
+    {InstructionLevel::V4Vbmi, "v4-vbmi"},
 };
 
 }  // namespace
@@ -34,6 +35,12 @@ std::string CompilerName() {
 #else
     return "g++ " __VERSION__;
 #endif
+}
+
+std::vector<std::string> LevelNames() {
+    std::vector<std::string> names;
+    for (const auto& [level, name] : kLevels) names.emplace_back(name);
+    return names;
 }
 
 std::string_view NameOf(InstructionLevel level) {

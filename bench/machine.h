@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "engine/instruction_level.h"
 
@@ -15,7 +16,8 @@ std::string ProcessorName();
 /// The compiler that this was built with, and its version.
 std::string CompilerName();
 
-/// "v4", "v3", "baseline".
+/// The names of the levels, the lowest first.
+std::vector<std::string> LevelNames();
 std::string_view NameOf(InstructionLevel level);
 std::optional<InstructionLevel> LevelNamed(std::string_view name);
 

@@ -38,7 +38,7 @@ void Declare(CLI::App& app, Options& options) {
         ->type_name("N,...")
         ->check(CLI::Range(1, 8));
     app.add_option("--level", options.level, "Work with lower instructions than the processor has")
-        ->check(CLI::IsMember({"v4", "v3", "baseline"}));
+        ->check(CLI::IsMember(LevelNames()));
     app.add_option("--growth", options.growth,
                    "Measure instead how the time for a pixel grows from 1 to 500 megapixels, and write it to this\n"
                    "CSV file as well. bench/growth.gp draws it; the build target growth_picture does both")

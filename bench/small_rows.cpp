@@ -11,7 +11,7 @@
 namespace ombrix::bench {
 namespace {
 
-constexpr const char* kGroup = "what a call on 256 x 256 pixels costs besides its row work";
+constexpr const char* kGroup = "what a call on 256 x 256 pixels costs besides its share of the row work";
 constexpr Size kSize{256, 256};
 /// Calls are short: many fit into an iteration, and their median is free of what else the machine did.
 constexpr int kCallsPerIteration = 100;
@@ -40,8 +40,8 @@ void Measure(benchmark::State& state, int tasks, const std::function<void()>& ca
     state.counters[kOverheadCounter] = over;
     state.counters[kMostOverheadCounter] = Most(tasks);
     char text[100];
-    std::snprintf(text, sizeof text, "%+.1f us (at most %.0f): call %.1f, work / %d %.1f", over, Most(tasks), callTime,
-                  tasks, workTime);
+    std::snprintf(text, sizeof text, "%+.1f us (at most %.0f): call %.1f, work alone %.1f", over, Most(tasks), callTime,
+                  workTime);
     state.SetLabel(text);
 }
 
