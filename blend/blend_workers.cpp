@@ -18,10 +18,14 @@ struct BlendKernels {
 namespace {
 
 template <class Formula>
-concept WorksOnBytes = requires(Formula formula, Lane lane) { formula.OfBytes(lane, lane); };
+concept WorksOnBytes = requires(Formula formula, Lane lane) {
+    formula.OfBytes(lane, lane);
+};
 
 template <class Formula>
-concept HasFusedForm = requires { typename Formula::Fused; };
+concept HasFusedForm = requires {
+    typename Formula::Fused;
+};
 
 /// The form of a formula for a level.
 template <class Mode, class Level>

@@ -59,10 +59,9 @@ void Convert_HSL_To_RGB(int* first, int* second, int* third) {
     const int saturation = *third;
     const bool isDark = lightness <= 127;
     const int ofDark = (saturation + 255) * lightness;
-    const double ofBright =
-        (lightness + saturation) - Division::Divide(saturation * lightness, 255.0, 1.0 / 255.0);
-    const double m2 = Division::Divide(isDark ? ofDark : ofBright, isDark ? 65025.0 : 255.0,
-                                       isDark ? 1.0 / 65025.0 : 1.0 / 255.0);
+    const double ofBright = (lightness + saturation) - Division::Divide(saturation * lightness, 255.0, 1.0 / 255.0);
+    const double m2 =
+        Division::Divide(isDark ? ofDark : ofBright, isDark ? 65025.0 : 255.0, isDark ? 1.0 / 65025.0 : 1.0 / 255.0);
     const double m1 = Division::Divide(lightness, 127.5, 1.0 / 127.5) - m2;
     const int red = HLS_Value<Division>(m1, m2, hue + 85);
     const int green = HLS_Value<Division>(m1, m2, hue);

@@ -60,7 +60,8 @@ template <class Loop>
 }
 #endif
 
-/// Calls `loop()`, or `loop(AtLevel<…>())`. What it calls must be inlinable, and it must hold all of the loop: the choice costs a jump.
+/// Calls `loop()`, or `loop(AtLevel<…>())`. What it calls must be inlinable, and it must hold all of the loop: the
+/// choice costs a jump.
 template <class Loop>
 void RunAtBestLevel(const Loop& loop) {
 #if defined(OMBRIX_HAS_LEVELS)
