@@ -92,7 +92,7 @@ void MixByFillMask(const void* opacityAddress, const WordPixels& pixelsOfCall) {
         const auto opacity = *static_cast<const Opacity*>(opacityAddress);
         const WordPixels pixels = pixelsOfCall;
         const WordFormat format{PixelFormat(4)};
-        constexpr Roles roles{.fill = true, .mask = true};
+        static constexpr Roles roles{.fill = true, .mask = true};
         ForEachRun<roles, kRun>(pixels, [&format, &opacity](const WordPixels& run) {
             const PixelWeights weights(run.mask, run.count,
                                        [red = format.red](std::uint32_t mask) { return mask >> red & 0xff; });

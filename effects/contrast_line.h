@@ -34,10 +34,10 @@ struct ContrastLine {
 };
 
 /// Searches the line of a factor, by trying multipliers about the obvious one. Does not compile if there is none.
-consteval ContrastLine FindContrastLine(double factor) {
+constexpr ContrastLine FindContrastLine(double factor) {
     const int fraction = factor <= 1.0 ? 16 : factor <= 2.0 ? 15 : 14;  // as many bits as the multiplier has room for
     const int bits = fraction - 8;
-    const auto obvious = static_cast<int>(factor * (1 << fraction) + 0.5);
+    const int obvious = (static_cast<int>(factor * (2 << fraction)) + 1) / 2;  // the nearest whole number
     for (const int step : {0, -1, 1, -2, 2, -3, 3}) {
         const int multiplier = obvious + step;
         if (multiplier < 0 || multiplier > 0xffff) continue;
@@ -55,9 +55,12 @@ consteval ContrastLine FindContrastLine(double factor) {
     throw "there is no line for this factor";
 }
 
+template <int value>
+constexpr ContrastLine kContrastLine = FindContrastLine(ContrastFactor(value));
+
 /// The lines of all values, from -100 on.
 constexpr auto kContrastLines = []<int... index>(std::integer_sequence<int, index...>) {
-    return std::array{FindContrastLine(ContrastFactor(index - kMostContrast))...};
+    return std::array{kContrastLine<index - kMostContrast>...};
 }
 (std::make_integer_sequence<int, 2 * kMostContrast + 1>());
 

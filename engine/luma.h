@@ -43,7 +43,9 @@ class WholeLuma {
     static constexpr std::uint32_t kOne = 1u << 24;
     /// More than the rounded weights can be wrong by, 1.5 times 255 units; the double's own error is far below a unit.
     static constexpr std::uint32_t kMargin = 400;
-    static constexpr std::uint32_t Rounded(double weight) { return static_cast<std::uint32_t>(weight * kOne + 0.5); }
+    static constexpr std::uint32_t Rounded(double weight) {
+        return (static_cast<std::uint32_t>(weight * (2.0 * kOne)) + 1) / 2;
+    }
 
     std::uint32_t red_;
     std::uint32_t green_;

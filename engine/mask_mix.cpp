@@ -10,7 +10,7 @@ void MixByMask(const void* /*formula*/, const WordPixels& pixelsOfCall) {
     RunAtBestLevel([&pixelsOfCall] {
         const WordPixels pixels = pixelsOfCall;
         const WordFormat format{PixelFormat(4)};
-        constexpr Roles roles{.fill = true, .mask = true};
+        static constexpr Roles roles{.fill = true, .mask = true};
         ForEachRun<roles, kRun>(pixels, [&format](const WordPixels& run) {
             // Where the mask is black, the effect's weight is 256.
             const PixelWeights black(run.mask, run.count, [colours = ~format.fourthMask](std::uint32_t mask) {
