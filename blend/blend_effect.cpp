@@ -70,7 +70,7 @@ struct BlendWorkers {
 BlendWorkers SetMode(BlendParams& params, std::int32_t mode, double opacity) {
     params.sourceWeight = static_cast<std::int32_t>((1.0 - opacity) * 256.0);
     params.fillWeight = static_cast<std::int32_t>(256.0 * opacity);
-    params.kernels = FindBlendKernels(mode);
+    params.loop = FindBlendLoop(mode);
     params.blendProc = nullptr;
     if (mode == kNormalMode) return {BlendPart, BlendMaskedPart};
     params.blendProc = FindBlendProc(mode);

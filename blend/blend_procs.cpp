@@ -5,12 +5,16 @@
 namespace ombrix {
 namespace {
 
+Rgb<int> ReadColour(const std::uint8_t* pixel) { return {pixel[RED_PIX], pixel[GREEN_PIX], pixel[BLUE_PIX]}; }
+
 template <class Formula>
 void BlendPixel(const std::uint8_t* source, const std::uint8_t* fill, std::uint8_t* result) {
-    const PixelFormat format(4);
-    const std::uint8_t fourth = source[format.fourth];
-    WriteColour(result, format, Formula()(ReadColour(source, format), ReadColour(fill, format)));
-    result[format.fourth] = fourth;
+    const std::uint8_t fourth = source[NULL_PIX];
+    const Rgb<int> blended = Formula()(ReadColour(source), ReadColour(fill));
+    result[RED_PIX] = static_cast<std::uint8_t>(blended.red);
+    result[GREEN_PIX] = static_cast<std::uint8_t>(blended.green);
+    result[BLUE_PIX] = static_cast<std::uint8_t>(blended.blue);
+    result[NULL_PIX] = fourth;
 }
 
 }  // namespace

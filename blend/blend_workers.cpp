@@ -10,11 +10,6 @@
 
 namespace ombrix {
 
-/// The loops of one mode.
-struct BlendKernels {
-    void (*run)(const void*, const WordPixels&);
-};
-
 namespace {
 
 template <class Formula>
@@ -43,7 +38,7 @@ void RunMode(const void* /*formula*/, const WordPixels& pixelsOfCall) {
     RunAtBestLevel([&pixelsOfCall](auto level) {
         using Formula = decltype(FormulaAt<Mode>(level));
         const WordPixels pixels = pixelsOfCall;  // in registers: what is stored below could be part of the original
-        const WordFormat format{PixelFormat(4)};
+        const WordFormat format;
         constexpr Roles roles{.fill = true};
         if constexpr (WorksOnBytes<Formula>) {
             ForEachByte<roles>(pixels, format, [](const WordPixels& block, std::int64_t) {
@@ -59,10 +54,9 @@ void RunMode(const void* /*formula*/, const WordPixels& pixelsOfCall) {
     });
 }
 
-#define OMBRIX_KERNEL(name, formula) {RunMode<formula>},
-constexpr BlendKernels kModeKernels[] = {OMBRIX_BLEND_MODES(OMBRIX_KERNEL)};
-#undef OMBRIX_KERNEL
-constexpr BlendKernels kNormalKernels = {RunMode<Normal>};
+#define OMBRIX_LOOP(name, formula) RunMode<formula>,
+constexpr WordLoop kModeLoops[] = {OMBRIX_BLEND_MODES(OMBRIX_LOOP)};
+#undef OMBRIX_LOOP
 
 /// Weights of 256 for 1.0.
 struct Opacity {
@@ -75,7 +69,7 @@ void MixByOpacity(const void* opacityAddress, const WordPixels& pixelsOfCall) {
     RunAtBestLevel([opacityAddress, &pixelsOfCall] {
         const auto opacity = *static_cast<const Opacity*>(opacityAddress);
         const WordPixels pixels = pixelsOfCall;
-        const WordFormat format{PixelFormat(4)};
+        const WordFormat format;
         ForEachByte<Roles{.fill = true}>(pixels, format, [&opacity](const WordPixels& block, std::int64_t) {
             return [&opacity, fill = block.fill](Place place, Lane source) {
                 return (source * opacity.sourceWeight + ByteAt(fill, place) * opacity.fillWeight) >> 8;
@@ -91,7 +85,7 @@ void MixByFillMask(const void* opacityAddress, const WordPixels& pixelsOfCall) {
     RunAtBestLevel([opacityAddress, &pixelsOfCall] {
         const auto opacity = *static_cast<const Opacity*>(opacityAddress);
         const WordPixels pixels = pixelsOfCall;
-        const WordFormat format{PixelFormat(4)};
+        const WordFormat format;
         static constexpr Roles roles{.fill = true, .mask = true};
         ForEachRun<roles, kRun>(pixels, [&format, &opacity](const WordPixels& run) {
             const PixelWeights weights(run.mask, run.count,
@@ -125,7 +119,7 @@ std::int32_t BlendBand(const MPParamBlock* band) {
     const std::int64_t bytes = head.bytesPerPixel;
     const std::int64_t width = head.generic.width;
     const bool coversColumns = params.regionLeft < params.regionRight;
-    const WordKernel kernel{params.kernels->run};
+    const WordKernel kernel{params.loop};
     const Opacity opacity{static_cast<int>(params.sourceWeight), static_cast<int>(params.fillWeight)};
     const WordKernel mix = MixOf<withOpacity, withMask>(opacity);
     const bool isStreamed = ShouldStream(head);
@@ -159,8 +153,8 @@ std::int32_t BlendBand(const MPParamBlock* band) {
 
 }  // namespace
 
-const BlendKernels* FindBlendKernels(std::int32_t mode) {
-    return mode == kNormalMode ? &kNormalKernels : &kModeKernels[BlendHandlerIndex(mode)];
+WordLoop FindBlendLoop(std::int32_t mode) {
+    return mode == kNormalMode ? RunMode<Normal> : kModeLoops[BlendHandlerIndex(mode)];
 }
 
 std::int32_t BlendPart(MPParamBlock* band) { return BlendBand<true, false>(band); }

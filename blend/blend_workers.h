@@ -3,10 +3,9 @@
 
 #include "blend/blend_procs.h"
 #include "engine/effect_params.h"
+#include "engine/word_pixels.h"
 
 namespace ombrix {
-
-struct BlendKernels;
 
 /// The record of one call. Of the head, the row paddings are not used, and the mask is the fill's: it lies on the fill
 /// pixel by pixel, wherever the fill lies on the source.
@@ -22,10 +21,10 @@ struct BlendParams {
     std::uint8_t* fillBase;
     std::int64_t fillRowBytes;
     std::int64_t fillBytesPerPixel;
-    std::int64_t sourceWeight;    ///< in an opacity mix, 0 to 256
-    std::int64_t fillWeight;      ///< likewise; the two may sum to 255
-    BlendProc blendProc;          ///< null in mode normal
-    const BlendKernels* kernels;  ///< the mode's loops for pixels of four bytes
+    std::int64_t sourceWeight;  ///< in an opacity mix, 0 to 256
+    std::int64_t fillWeight;    ///< likewise; the two may sum to 255
+    BlendProc blendProc;        ///< null in mode normal; the loop does the same for many pixels
+    WordLoop loop;              ///< the mode's, for pixels of four bytes
 };
 static_assert(offsetof(BlendParams, fillXOffset) == 80 && offsetof(BlendParams, fillOriginY) == 88 &&
               offsetof(BlendParams, maskXOffset) == 96 && offsetof(BlendParams, regionLeft) == 104 &&
@@ -35,8 +34,8 @@ static_assert(offsetof(BlendParams, fillXOffset) == 80 && offsetof(BlendParams, 
               offsetof(BlendParams, sourceWeight) == 160 && offsetof(BlendParams, fillWeight) == 168 &&
               offsetof(BlendParams, blendProc) == 176);
 
-/// The loops of a mode, any number included.
-const BlendKernels* FindBlendKernels(std::int32_t mode);
+/// The loop of a mode, any number included, before opacity and mask.
+WordLoop FindBlendLoop(std::int32_t mode);
 
 /// Mode normal: the opacity decides, with and without a fill mask.
 std::int32_t BlendPart(MPParamBlock* band);

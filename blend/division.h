@@ -18,8 +18,8 @@ struct PlainDivision {
 };
 
 /// The same to the last bit: the product with the reciprocal, corrected by its exact remainder. Modes that consist of
-/// divisions for the most part are half again as fast with it.
-/// (That the second product is the rounded quotient, if the reciprocal is rounded itself, is a theorem of Markstein's.)
+/// divisions for the most part are half again as fast with it. Known to be the same for the divisors and dividends of
+/// these modes, all of which a test compares, not for all numbers.
 struct FusedDivision {
     static double Divide(double dividend, double divisor, double reciprocal) {
         const double quotient = dividend * reciprocal;

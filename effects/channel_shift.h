@@ -11,11 +11,6 @@ namespace ombrix {
 struct ChannelShift {
     Rgb<int> offset;
 
-    Rgb<int> operator()(Rgb<int> source) const {
-        return {ClampToByte(source.red + offset.red), ClampToByte(source.green + offset.green),
-                ClampToByte(source.blue + offset.blue)};
-    }
-
     /// Never below 0: an offset is added, or taken away, on the way.
     class ByBytes {
       public:

@@ -6,13 +6,9 @@
 namespace ombrix {
 namespace {
 
+/// What Stretched() gives for each channel, by the line of the factor.
 struct ContrastStretch {
-    double factor;
-    ContrastLine line;  ///< of this factor
-
-    Rgb<int> operator()(Rgb<int> source) const {
-        return {Stretched(source.red, factor), Stretched(source.green, factor), Stretched(source.blue, factor)};
-    }
+    ContrastLine line;
 
     class ByBytes {
       public:
@@ -45,7 +41,7 @@ struct ContrastParams {
 };
 static_assert(offsetof(ContrastParams, factor) == 80);
 
-ContrastStretch FormulaOf(const ContrastParams& params) { return {params.factor, params.line}; }
+ContrastStretch FormulaOf(const ContrastParams& params) { return {params.line}; }
 
 std::int32_t ContrastPart(MPParamBlock* band) { return WalkBand<ContrastParams>(band, FormulaOf); }
 

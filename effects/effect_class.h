@@ -43,9 +43,6 @@ class EffectClass {
     using Data = typename Effect::Data;
     using Params = typename Effect::Params;
 
-    /// Tasks when the program leaves the number open: more gain little where memory is the limit.
-    static constexpr std::int32_t kAutoTaskCount = 2;
-
     static Data* DataOf(REALobjectStruct* object) { return static_cast<Data*>(REALGetClassData(object, &record)); }
 
     /// Checks the arguments of a call and fills the effect's part of the record; sets the error code if it refuses.
@@ -68,7 +65,7 @@ class EffectClass {
         const auto workers = Prepare(base, params, source, arguments...);
         if (!workers) return nullptr;
         REALobjectStruct* result =
-            base->ApplyEffect(base, &params.head, workers->unmasked, workers->masked, source, mask, kAutoTaskCount);
+            base->ApplyEffect(base, &params.head, workers->unmasked, workers->masked, source, mask, kToneTaskCount);
         if (result && !data->ignoreAlpha) CopyPictureMask(source, result);
         return result;
     }
@@ -79,7 +76,7 @@ class EffectClass {
         Params params;
         const auto workers = Prepare(base, params, source, arguments...);
         if (!workers) return;
-        base->ApplyEffectInPlace(base, &params.head, workers->unmasked, workers->masked, source, mask, kAutoTaskCount);
+        base->ApplyEffectInPlace(base, &params.head, workers->unmasked, workers->masked, source, mask, kToneTaskCount);
     }
 
     /// The methods of IGraphicsEffect and IGraphicsEffectInPlace: the properties are the arguments. The mask is kept

@@ -7,8 +7,6 @@ namespace {
 
 /// Replaces each colour channel by its complement.
 struct Negative {
-    Rgb<int> operator()(Rgb<int> source) const { return {255 - source.red, 255 - source.green, 255 - source.blue}; }
-
     struct ByBytes {
         ByBytes(const Negative&, const WordFormat&) {}
         Lane operator()(Place, Lane source) const { return 255 - source; }

@@ -12,16 +12,17 @@
 namespace ombrix {
 namespace {
 
+using Order = DepthChange::Order;
+
 #if defined(OMBRIX_HAS_LEVELS)
 constexpr std::int64_t kPixelsAtOnce = 4;
 /// As many pixels of 3 bytes as the 16 bytes that are read or written for 4 of them reach into.
 constexpr std::int64_t kPixelsTouched = 6;
 
-/// Moves the bytes of four pixels from `stepFrom` bytes to `stepTo`, as long as that touches no others; tells how many
-/// are done. Loops over single pixels are not made vector code, for want of an order in their bytes.
+/// Moves the bytes of four pixels at a time from `stepFrom` bytes a pixel to `stepTo`, as long as that touches no other
+/// pixels; tells how many are done. Compilers make no vector code of loops over pixels of 3 bytes.
 [[gnu::target(OMBRIX_V3_FEATURES)]] std::int64_t MoveBytes(const std::uint8_t* from, int stepFrom, std::uint8_t* to,
-                                                           int stepTo, std::int64_t count,
-                                                           const std::array<std::uint8_t, 16>& order) {
+                                                           int stepTo, std::int64_t count, const Order& order) {
     const __m128i control = _mm_loadu_si128(reinterpret_cast<const __m128i*>(order.data()));
     std::int64_t x = 0;
     for (; count - x >= kPixelsTouched; x += kPixelsAtOnce) {
@@ -31,47 +32,43 @@ constexpr std::int64_t kPixelsTouched = 6;
     return x;
 }
 
-constexpr std::uint8_t kNone = 0x80;  // a byte of the order that gives 0
+bool MovesBytes() { return gInstructionLevel >= InstructionLevel::V3; }
+#else
+std::int64_t MoveBytes(const std::uint8_t*, int, std::uint8_t*, int, std::int64_t, const Order&) { return 0; }
+bool MovesBytes() { return false; }
+#endif
 
-/// For each byte of four pixels of 4 bytes, its place in four of 3.
-std::array<std::uint8_t, 16> WideningOrder() {
-    std::array<std::uint8_t, 16> order;
+Order WideningOrder() {
+    Order order;
     for (int i = 0; i < 16; ++i) {
         const int byte = i % 4;
-        order[i] = byte == NULL_PIX ? kNone : static_cast<std::uint8_t>(i / 4 * 3 + byte - (byte > NULL_PIX));
+        order[i] =
+            byte == NULL_PIX ? DepthChange::kNone : static_cast<std::uint8_t>(i / 4 * 3 + byte - (byte > NULL_PIX));
     }
     return order;
 }
 
-/// The other way.
-std::array<std::uint8_t, 16> NarrowingOrder() {
-    std::array<std::uint8_t, 16> order;
-    order.fill(kNone);
+Order NarrowingOrder() {
+    Order order;
+    order.fill(DepthChange::kNone);
     for (int i = 0; i < 12; ++i) order[i] = static_cast<std::uint8_t>(i / 3 * 4 + i % 3 + (i % 3 >= NULL_PIX));
     return order;
 }
 
-bool MovesBytes() { return gInstructionLevel >= InstructionLevel::V3; }
-#else
-std::int64_t MoveBytes(const std::uint8_t*, int, std::uint8_t*, int, std::int64_t, int) { return 0; }
-int WideningOrder() { return 0; }
-int NarrowingOrder() { return 0; }
-bool MovesBytes() { return false; }
-#endif
-
 }  // namespace
 
-DepthChange::DepthChange() : below_((1u << 8 * NULL_PIX) - 1) {}
+DepthChange::DepthChange()
+    : below_((1u << 8 * NULL_PIX) - 1), widening_(WideningOrder()), narrowing_(NarrowingOrder()) {}
 
 void DepthChange::Widen(const std::uint8_t* from, std::uint8_t* to, std::int64_t count) const {
-    std::int64_t x = MovesBytes() ? MoveBytes(from, 3, to, 4, count, WideningOrder()) : 0;
+    std::int64_t x = MovesBytes() ? MoveBytes(from, 3, to, 4, count, widening_) : 0;
     for (; x + 1 < count; ++x) StoreWord(to + 4 * x, Widened(LoadWord(from + 3 * x)));
     const std::uint8_t* last = from + 3 * (count - 1);  // a word would reach beyond it
     StoreWord(to + 4 * (count - 1), Widened(last[0] | last[1] << 8 | last[2] << 16));
 }
 
 void DepthChange::Narrow(const std::uint8_t* from, std::uint8_t* to, std::int64_t count) const {
-    std::int64_t x = MovesBytes() ? MoveBytes(from, 4, to, 3, count, NarrowingOrder()) : 0;
+    std::int64_t x = MovesBytes() ? MoveBytes(from, 4, to, 3, count, narrowing_) : 0;
     // Each word but the last writes a byte too much, which the next one puts right.
     for (; x + 1 < count; ++x) StoreWord(to + 3 * x, Narrowed(LoadWord(from + 4 * x)));
     const std::uint32_t last = Narrowed(LoadWord(from + 4 * (count - 1)));

@@ -53,6 +53,10 @@ struct MPParamBlock {
 };
 static_assert(sizeof(MPParamBlock) == 16 && offsetof(MPParamBlock, params) == 8);
 
+/// The tasks of a tone or colour effect when the program leaves the number open: more gain little where memory is the
+/// limit.
+constexpr std::int32_t kToneTaskCount = 2;
+
 /// Processes one band: touches no row outside it, returns at once when it is empty, and adds 1 to `rowsDone` for each
 /// row. Runs on any thread and calls nothing of the host. The result is not looked at.
 using RowWorker = std::int32_t (*)(MPParamBlock* band);

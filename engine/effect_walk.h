@@ -2,8 +2,8 @@
 // with channels from 0 to 255, and knows nothing of rows, depths, masks or tasks.
 //
 // A formula may be of another kind, and is worked out faster then:
-//   by bytes   a type ByBytes within it, made of the formula and a WordFormat: a callable of (Place, Lane) that gives
-//              for each byte of a block what the formula gives for its channel;
+//   by bytes   instead of the call, a type ByBytes within it, made of the formula and a WordFormat: a callable of
+//              (Place, Lane) that gives what a byte of a block becomes, for formulas that look at no other channel;
 //   by luma    instead of the call, `LumaWeights weights`, and FromLuma(int), the colour that a luma leads to.
 #pragma once
 
@@ -32,7 +32,7 @@ concept WorksByLuma = requires(const Formula& formula) {
 template <class Formula>
 auto KernelForm(const Formula& formula) {
     if constexpr (WorksByBytes<Formula>) {
-        return typename Formula::ByBytes(formula, WordFormat(PixelFormat(4)));
+        return typename Formula::ByBytes(formula, WordFormat());
     } else {
         return formula;
     }
@@ -45,7 +45,7 @@ void RunForm(const void* formAddress, const WordPixels& pixelsOfCall) {
         // In registers: what is stored below could be part of the originals.
         const Form form = *static_cast<const Form*>(formAddress);
         const WordPixels pixels = pixelsOfCall;
-        const WordFormat format{PixelFormat(4)};
+        const WordFormat format;
         constexpr Roles roles{};
         if constexpr (WorksByLuma<Form>) {
             ForEachLuma<roles>(pixels, format, form.weights, [&form](int luma) { return form.FromLuma(luma); });

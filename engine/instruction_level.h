@@ -45,7 +45,7 @@ extern InstructionLevel gInstructionLevel;
 #if defined(OMBRIX_HAS_LEVELS)
 // The features of a level are listed one by one: g++ does not inline across functions whose `arch` differs, and all of
 // this rests on the loop being inlined (`flatten`) into the function that has the features.
-#define OMBRIX_V3_FEATURES "avx,avx2,bmi,bmi2,f16c,fma,lzcnt,movbe"
+#define OMBRIX_V3_FEATURES "avx,avx2,bmi,bmi2,fma"
 #define OMBRIX_V4_FEATURES OMBRIX_V3_FEATURES ",avx512f,avx512bw,avx512cd,avx512dq,avx512vl"
 #define OMBRIX_V4_VBMI_FEATURES OMBRIX_V4_FEATURES ",avx512vbmi"
 

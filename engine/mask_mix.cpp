@@ -9,7 +9,7 @@ namespace {
 void MixByMask(const void* /*formula*/, const WordPixels& pixelsOfCall) {
     RunAtBestLevel([&pixelsOfCall] {
         const WordPixels pixels = pixelsOfCall;
-        const WordFormat format{PixelFormat(4)};
+        const WordFormat format;
         static constexpr Roles roles{.fill = true, .mask = true};
         ForEachRun<roles, kRun>(pixels, [&format](const WordPixels& run) {
             // Where the mask is black, the effect's weight is 256.

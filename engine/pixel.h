@@ -22,42 +22,13 @@ struct Rgb {
 /// A formula's value as the byte that is stored: saturates at 0 and 255.
 constexpr int ClampToByte(int value) { return std::min(std::max(value, 0), 255); }
 
-/// Where the channels of a buffer's pixels lie.
-///
-/// A pixel of 4 bytes has its channels at RED_PIX, GREEN_PIX, BLUE_PIX and a fourth byte at NULL_PIX. A pixel of 3
-/// bytes is the same without that fourth byte, the positions behind it closing up.
-struct PixelFormat {
-    /// The positions are read from the process-wide variables: make one per band, not per pixel.
-    explicit PixelFormat(std::int32_t bytes)
-        : bytesPerPixel(bytes), red(Position(RED_PIX)), green(Position(GREEN_PIX)), blue(Position(BLUE_PIX)) {}
-
-    std::int32_t bytesPerPixel;
-    int red;
-    int green;
-    int blue;
-    int fourth = NULL_PIX;  ///< meaningful only when a pixel has 4 bytes
-
-  private:
-    int Position(int position) const { return bytesPerPixel == 4 || position < NULL_PIX ? position : position - 1; }
-};
-
-inline Rgb<int> ReadColour(const std::uint8_t* pixel, const PixelFormat& format) {
-    return {pixel[format.red], pixel[format.green], pixel[format.blue]};
-}
-
-inline void WriteColour(std::uint8_t* pixel, const PixelFormat& format, Rgb<int> colour) {
-    pixel[format.red] = static_cast<std::uint8_t>(colour.red);
-    pixel[format.green] = static_cast<std::uint8_t>(colour.green);
-    pixel[format.blue] = static_cast<std::uint8_t>(colour.blue);
-}
-
-/// The same for pixels of 4 bytes as words: compilers turn loops over these into vector code, whatever the positions
-/// are, and into one load and one store per pixel elsewhere.
+/// Where the channels of a pixel of 4 bytes lie in its word: those at RED_PIX, GREEN_PIX and BLUE_PIX, and the fourth
+/// byte at NULL_PIX. Compilers turn loops over words into vector code, whatever the positions are.
 struct WordFormat {
     static_assert(std::endian::native == std::endian::little, "byte n of a pixel is bits 8n to 8n + 7 of its word");
 
-    explicit WordFormat(const PixelFormat& format)
-        : red(8 * format.red), green(8 * format.green), blue(8 * format.blue), fourthMask(0xffu << 8 * format.fourth) {}
+    /// The positions are read from the process-wide variables: make one per row, not per pixel.
+    WordFormat() : red(8 * RED_PIX), green(8 * GREEN_PIX), blue(8 * BLUE_PIX), fourthMask(0xffu << 8 * NULL_PIX) {}
 
     int red;  ///< shifts
     int green;

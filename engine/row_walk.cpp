@@ -68,6 +68,7 @@ bool ShouldStream(const StdMPEffectParams& params) {
 }
 
 void WalkRow(const RowJob& job, const WordKernel& kernel, const WordKernel& mix) {
+    if (job.count <= 0) return;
     const auto hasWords = [](const PixelRow& row) { return !row.pixels || row.bytesPerPixel == 4; };
     if (!mix && !job.isStreamed && hasWords(job.source) && hasWords(job.fill)) {
         kernel({job.source.pixels, job.fill.pixels, nullptr, job.destination, job.count});

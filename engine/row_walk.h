@@ -22,7 +22,7 @@ struct RowJob {
     PixelRow fill{};
     PixelRow mask{};
     std::uint8_t* destination;  ///< in pixels of the source's depth; the source's own, in place
-    std::int64_t count;         ///< pixels
+    std::int64_t count;         ///< pixels; none when it is below 0
     bool isStreamed = false;    ///< whether the destination is written past the caches
 };
 
@@ -36,12 +36,11 @@ void WalkRow(const RowJob& job, const WordKernel& kernel, const WordKernel& mix 
 
 /// Calls `process(row)` for each row of a band, and counts it.
 template <class Process>
-std::int32_t ForEachRow(const MPParamBlock* band, GenericMPParams& params, Process process) {
+void ForEachRow(const MPParamBlock* band, GenericMPParams& params, Process process) {
     for (std::int64_t row = band->firstRow; row < band->endRow; ++row) {
         process(row);
         params.rowsDone.fetch_add(1, std::memory_order_relaxed);
     }
-    return 0;
 }
 
 }  // namespace ombrix

@@ -12,12 +12,16 @@ struct WordPixels {
     const std::uint8_t* fill;
     const std::uint8_t* mask;
     std::uint8_t* destination;
-    std::int64_t count;
+    std::int64_t count;  ///< at least 1
 };
 
-/// A loop over pixels with what it needs besides them. It writes the colours and the fourth bytes of all.
+/// A loop over pixels. It writes the colours and the fourth bytes of all; `formula` is of the type that it was made
+/// for.
+using WordLoop = void (*)(const void* formula, const WordPixels& pixels);
+
+/// Such a loop with its formula, or none.
 struct WordKernel {
-    void (*run)(const void* formula, const WordPixels& pixels) = nullptr;
+    WordLoop run = nullptr;
     const void* formula = nullptr;
 
     void operator()(const WordPixels& pixels) const { run(formula, pixels); }

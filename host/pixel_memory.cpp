@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
+#include <new>
 #include <vector>
 
 namespace ombrix::host {
@@ -40,10 +41,6 @@ std::uint8_t* Map(std::size_t size) {
 /// The large blocks: those in use, counted, and those kept.
 class Store {
   public:
-    ~Store() {
-        for (const Block& block : kept_) munmap(block.memory, block.size);
-    }
-
     std::uint8_t* Take(std::size_t size, Content content) {
         std::uint8_t* memory = TakeKept(size);
         if (memory) {
@@ -63,7 +60,12 @@ class Store {
     void GiveBack(std::uint8_t* memory, std::size_t size) {
         const std::lock_guard lock(mutex_);
         inUse_ -= size;
-        kept_.push_back({memory, size});
+        try {
+            kept_.push_back({memory, size});
+        } catch (const std::bad_alloc&) {
+            munmap(memory, size);
+            return;
+        }
         keptBytes_ += size;
         Keep(std::max(inUse_, kAlwaysKept));
     }
@@ -103,8 +105,9 @@ class Store {
     std::size_t inUse_ = 0;
 };
 
+/// Never destroyed: static objects of a program may hold pictures to the very end.
 Store& TheStore() {
-    static Store store;
+    static Store& store = *new Store;
     return store;
 }
 

@@ -43,7 +43,7 @@ struct ByteTable {
 /// makes such code of table reads.
 [[gnu::target(OMBRIX_V4_VBMI_FEATURES)]] void LookUpBlocks(const void* tablesAddress, const WordPixels& pixels) {
     const auto& table = static_cast<const ChannelTables*>(tablesAddress)->table;
-    const WordFormat format{PixelFormat(4)};
+    const WordFormat format;
     const ByteTable red = LoadTable(table.red, format.red);
     const ByteTable green = LoadTable(table.green, format.green);
     const ByteTable blue = LoadTable(table.blue, format.blue);
@@ -76,9 +76,6 @@ std::int32_t MapBand(const MPParamBlock* band, bool withMask) {
 std::int32_t MapPart(MPParamBlock* band) { return MapBand(band, false); }
 std::int32_t MapMaskPart(MPParamBlock* band) { return MapBand(band, true); }
 
-/// Tasks when the program leaves the number open, as for the effects of this plug-in.
-constexpr std::int32_t kAutoTaskCount = 2;
-
 /// False, with the error code set, when there is nothing to work on.
 bool Accept(MPImageFilterData* base, const REALobjectStruct* source, const MapParams* params) {
     if (!base) return false;
@@ -92,13 +89,13 @@ bool Accept(MPImageFilterData* base, const REALobjectStruct* source, const MapPa
 REALobjectStruct* ApplyMapEffect(MPImageFilterData* base, REALobjectStruct* source, REALobjectStruct* mask,
                                  MapParams* params) {
     if (!Accept(base, source, params)) return nullptr;
-    return base->ApplyEffect(base, &params->head, MapPart, MapMaskPart, source, mask, kAutoTaskCount);
+    return base->ApplyEffect(base, &params->head, MapPart, MapMaskPart, source, mask, kToneTaskCount);
 }
 
 void ApplyMapEffectInPlace(MPImageFilterData* base, REALobjectStruct* source, REALobjectStruct* mask,
                            MapParams* params) {
     if (!Accept(base, source, params)) return;
-    base->ApplyEffectInPlace(base, &params->head, MapPart, MapMaskPart, source, mask, kAutoTaskCount);
+    base->ApplyEffectInPlace(base, &params->head, MapPart, MapMaskPart, source, mask, kToneTaskCount);
 }
 
 }  // namespace ombrix

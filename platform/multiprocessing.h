@@ -31,8 +31,7 @@ std::int32_t MPCreateTask(std::int32_t (*entry)(void*), void* parameter, unsigne
 
 /// Takes the oldest message from a queue, waiting for one if there is none. Each of the three addresses may be null.
 /// `duration` is in milliseconds when positive and in microseconds when negative; 0 does not wait and 0x7fffffff
-/// waits without limit. 0 when a message was taken, -29296 when the time was up. A wait without limit may itself run
-/// tasks that post here and that no other thread has begun.
+/// waits without limit. 0 when a message was taken, -29296 when the time was up.
 std::int32_t MPWaitOnQueue(MPQueueID queue, void** parameter1, void** parameter2, void** parameter3,
                            std::int32_t duration);
 

@@ -3,15 +3,10 @@
 // One mutex guards everything and is held for some instructions at a time only, never while a task runs. A thread
 // posts its task's message and becomes idle under one hold of it: whoever has taken the message finds the thread
 // idle, so a caller that always runs n tasks at once never causes more than n threads.
-//
-// A thread that is called takes tens of microseconds to come where processors sleep deeply. So tasks wait in one line,
-// for whoever is there first: a thread that was called, one that has just ended its task, or the thread that waits for
-// the task's message, which has nothing better to do. There are never more tasks in line than threads on their way.
 #include <pthread.h>
 #include <sched.h>
 #include <signal.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
@@ -56,10 +51,10 @@ struct Queue {
     std::condition_variable changed;
 };
 
-/// A thread without work, waiting to be called. It lies on its thread's stack.
+/// A thread without work, waiting to be handed a task. It lies on its thread's stack.
 struct IdleThread {
-    bool isCalled = false;
-    std::condition_variable called;
+    Tasks task;
+    std::condition_variable handedOver;
     IdleThread* next = nullptr;
 };
 
@@ -74,8 +69,6 @@ struct State {
     std::mutex mutex;
     Id nextId;
     std::unordered_map<Id, std::shared_ptr<Queue>> queues;
-    Tasks line;                  // tasks that nobody runs yet
-    std::size_t called = 0;      // threads that were called and have not come yet
     IdleThread* idle = nullptr;  // the latest first: its stack is the warmest
     Tasks spare;                 // finished tasks whose memory the next ones take
 };
@@ -111,41 +104,27 @@ class AllSignalsBlocked {
     sigset_t before_;
 };
 
-/// Runs a task and posts its message. The lock is free while it runs, and held again afterwards; it tells which queue,
-/// if any, has a message more.
-std::shared_ptr<Queue> Run(State& state, Tasks& running, std::unique_lock<std::mutex>& lock) {
-    lock.unlock();
-    Task& task = running.front();
-    task.result = task.entry(task.parameter);
-    lock.lock();
-    std::shared_ptr<Queue> queue = state.Find(task.queue);
-    Tasks& finished = queue ? queue->messages : state.spare;
-    finished.splice(finished.end(), running);
-    return queue;
-}
-
-/// The life of a thread: runs the task that it was made for, then whatever is in line when it is called, until the
-/// process ends.
+/// The life of a thread: runs the task that it was made for, then whatever it is handed, until the process ends.
 [[noreturn]] void RunTasks(Tasks running) {
     State& state = Shared();
     IdleThread self;
-    std::unique_lock lock(state.mutex);
     for (;;) {
-        std::shared_ptr<Queue> queue = Run(state, running, lock);
-        while (state.line.empty()) {
-            self.isCalled = false;
-            self.next = std::exchange(state.idle, &self);
-            if (queue) {
-                lock.unlock();  // or the woken thread would run into the mutex
-                queue->changed.notify_one();
-                queue.reset();
-                lock.lock();
-            }
-            self.called.wait(lock, [&self] { return self.isCalled; });
-            --state.called;
+        Task& task = running.front();
+        task.result = task.entry(task.parameter);
+
+        std::unique_lock lock(state.mutex);
+        std::shared_ptr<Queue> queue = state.Find(task.queue);
+        Tasks& finished = queue ? queue->messages : state.spare;
+        finished.splice(finished.end(), running);
+        self.next = std::exchange(state.idle, &self);
+        if (queue) {
+            lock.unlock();  // or the woken thread would run into the mutex
+            queue->changed.notify_one();
+            queue.reset();
+            lock.lock();
         }
-        if (queue) queue->changed.notify_one();
-        running.splice(running.end(), state.line, state.line.begin());
+        self.handedOver.wait(lock, [&self] { return !self.task.empty(); });
+        running.splice(running.end(), self.task);
     }
 }
 
@@ -163,35 +142,15 @@ void Start(State& state, std::unique_lock<std::mutex>& lock, const Task& task) {
         started.splice(started.end(), state.spare, state.spare.begin());
         started.front() = task;
     }
-    if (state.line.size() < state.called) {  // one is on its way that will find no other task
-        state.line.splice(state.line.end(), started);
-    } else if (IdleThread* const thread = state.idle) {
-        state.line.splice(state.line.end(), started);
+    if (IdleThread* const thread = state.idle) {
         state.idle = thread->next;
-        thread->isCalled = true;
-        ++state.called;
+        thread->task.splice(thread->task.end(), started);
         lock.unlock();
-        thread->called.notify_one();
+        thread->handedOver.notify_one();
     } else {
         lock.unlock();
         StartThread(std::move(started));
     }
-}
-
-/// Runs the first task in line whose message comes to a queue, on the calling thread. False when there is none.
-bool RunOneInLine(State& state, Id queue, std::unique_lock<std::mutex>& lock) {
-    const auto found =
-        std::find_if(state.line.begin(), state.line.end(), [queue](const Task& task) { return task.queue == queue; });
-    if (found == state.line.end()) {
-        return false;
-    }
-    Tasks running;
-    running.splice(running.end(), state.line, found);
-    const AllSignalsBlocked blocked;
-    if (const std::shared_ptr<Queue> posted = Run(state, running, lock)) {
-        posted->changed.notify_one();  // others may wait there too
-    }
-    return true;
 }
 
 /// All threads are alike, with the default stack; a task that asks for more cannot be promised any.
@@ -293,11 +252,7 @@ std::int32_t MPWaitOnQueue(MPQueueID queue, void** parameter1, void** parameter2
     }
     const auto changed = [&waited] { return waited->deleted || !waited->messages.empty(); };
     if (duration == kWaitForever) {
-        while (!changed()) {
-            if (!RunOneInLine(state, ToId(queue), lock)) {
-                waited->changed.wait(lock, changed);
-            }
-        }
+        waited->changed.wait(lock, changed);
     } else if (!waited->changed.wait_for(lock, Duration(duration), changed)) {
         return kWaitTimedOut;
     }

@@ -178,7 +178,7 @@ TEST_P(Shapes, SizesPaddingsDepthsAndTasksGiveTheSameColours) {
                         const int n = combination++;
                         const InstructionLevel level = levels[n % levels.size()];
                         const Shape shape{width, height, bits, n % 11,       maskBits, n % 5,
-                                          n % 3, n % 13, hint, {0, 1, 2, 3}, level,    n % 2 == 1};
+                                          n % 3, n % 13, hint, {0, 1, 2, 3}, level,    n % 5 < 2};
                         SCOPED_TRACE(::testing::Message() << width << "x" << height << " " << bits << "/" << maskBits
                                                           << " bits, hint " << hint << ", combination " << n);
                         Check(shape, static_cast<Masking>(n % 3));
@@ -208,7 +208,7 @@ TEST_P(Shapes, ChannelPositionsMayBePermuted) {
 }
 
 TEST_P(Shapes, EmptyPicturesAreNoError) {
-    for (const auto& [width, height] : {std::pair{0, 0}, {0, 20}, {20, 0}}) {
+    for (const auto& [width, height] : {std::pair{0, 0}, {0, 20}, {20, 0}, {-5, 20}, {20, -5}, {-1, -1}}) {
         for (const int hint : {1, 8}) {
             FakePicture* source = host_.NewPicture("source", width, height, 32);
             FakePicture* mask = host_.NewPicture("mask", width, height, 24);
