@@ -46,7 +46,7 @@ extern const std::uint16_t kHiddenZero;
 
 /// The upper 16 bits of a product of 32: `a * b >> 16` without room for the product. g++ makes the one instruction for
 /// it of operands that are 16 bits for all it can tell; where it knows what they come from it multiplies in 32 bits,
-/// and power light takes nearly twice as long.
+/// and power light takes half as long again.
 inline Lane HighProduct(Lane a, Lane b) {
     const auto unknown = [](Lane value) { return static_cast<std::uint16_t>(value.Bits() + kHiddenZero); };
     return {static_cast<std::uint16_t>(std::uint32_t{unknown(a)} * std::uint32_t{unknown(b)} >> 16)};

@@ -24,7 +24,7 @@ constexpr LumaWeights kRec601{0.299, 0.587, 0.114};
 constexpr LumaWeights kRec709{0.2125, 0.7154, 0.0721};
 
 /// The same sum in whole numbers, for colours whose sum is not so near to a whole number that the rounding of the
-/// double-precision sum decides: at most one in a thousand, but every grey. Nearly twice as fast, since half as many
+/// double-precision sum decides: at most one in a thousand, but every grey. A quarter faster, since half as many
 /// doubles as words fit into a vector.
 class WholeLuma {
   public:

@@ -37,7 +37,7 @@ WordPixels PartOf(const WordPixels& pixels, std::int64_t first, std::int64_t cou
 }
 
 /// Asks for what will be read soon. The processor does so by itself, but not beyond a page, and too late for loops that
-/// do more than copy: brightness in place takes three quarters of the time with it.
+/// do more than copy: brightness in place takes three fifths of the time with it.
 template <Roles roles>
 void PrefetchBehind(const WordPixels& pixels) {
     constexpr std::int64_t kAhead = 2048;  // bytes
