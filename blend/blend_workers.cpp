@@ -9,7 +9,6 @@
 #include "engine/word_kernel.h"
 
 namespace ombrix {
-
 namespace {
 
 template <class Formula>
@@ -58,13 +57,15 @@ void RunMode(const void* /*formula*/, const WordPixels& pixelsOfCall) {
 constexpr WordLoop kModeLoops[] = {OMBRIX_BLEND_MODES(OMBRIX_LOOP)};
 #undef OMBRIX_LOOP
 
-/// Weights of 256 for 1.0.
+/// Weights of 256 for 1.0; what they mix is cut.
 struct Opacity {
     int sourceWeight;
     int fillWeight;
+
+    Lane Mix(Lane source, Lane blended) const { return (source * sourceWeight + blended * fillWeight) >> 8; }
 };
 
-/// Mixes what a mode made, given as the fill, with the source; the quotients are cut.
+/// Mixes what a mode made, given as the fill, with the source.
 void MixByOpacity(const void* opacityAddress, const WordPixels& pixelsOfCall) {
     RunAtBestLevel([opacityAddress, &pixelsOfCall] {
         const auto opacity = *static_cast<const Opacity*>(opacityAddress);
@@ -72,7 +73,7 @@ void MixByOpacity(const void* opacityAddress, const WordPixels& pixelsOfCall) {
         const WordFormat format;
         ForEachByte<Roles{.fill = true}>(pixels, format, [&opacity](const WordPixels& block, std::int64_t) {
             return [&opacity, fill = block.fill](Place place, Lane source) {
-                return (source * opacity.sourceWeight + ByteAt(fill, place) * opacity.fillWeight) >> 8;
+                return opacity.Mix(source, ByteAt(fill, place));
             };
         });
     });
@@ -93,9 +94,7 @@ void MixByFillMask(const void* opacityAddress, const WordPixels& pixelsOfCall) {
             ForEachByte<roles>(run, format, [&](const WordPixels& block, std::int64_t first) {
                 return [&opacity, mask = weights.Block(first), fill = block.fill](Place place, Lane source) {
                     Lane result = ByteAt(fill, place);
-                    if constexpr (withOpacity) {
-                        result = (source * opacity.sourceWeight + result * opacity.fillWeight) >> 8;
-                    }
+                    if constexpr (withOpacity) result = opacity.Mix(source, result);
                     const Lane weight = PixelWeights::At(mask, place);
                     return (source * weight + (255 - weight) * result) >> 8;
                 };

@@ -36,7 +36,7 @@ struct ContrastStretch {
 
 struct ContrastParams {
     StdMPEffectParams head;
-    double factor;
+    double factor;  ///< part of the record; the workers take its line
     ContrastLine line;
 };
 static_assert(offsetof(ContrastParams, factor) == 80);
