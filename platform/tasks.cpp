@@ -1,12 +1,17 @@
 // Tasks on threads that are kept and reused, and the queues on which tasks tell that they have ended.
 //
-// One mutex guards everything and is held for some instructions at a time only, never while a task runs. A thread
-// posts its task's message and becomes idle under one hold of it: whoever has taken the message finds the thread
-// idle, so a caller that always runs n tasks at once never causes more than n threads.
+// Tasks stand in one line, and any thread without a task takes the first: a short task runs on a thread that is awake
+// before the one that was called for it has come. There are always as many threads on their way to the line as tasks in
+// it, so that n tasks run at once, whatever they wait for.
+//
+// One mutex guards everything and is held for some instructions at a time only, never while a task runs. A thread posts
+// its task's message and is on its way to the line under one hold of it: whoever has taken the message finds the thread
+// there, so a caller that always runs n tasks at once never causes more than n threads.
 #include <pthread.h>
 #include <sched.h>
 #include <signal.h>
 
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
@@ -20,8 +25,12 @@
 #include <vector>
 
 #include "platform/multiprocessing.h"
+#include "platform/stay_awake.h"
 
 namespace {
+
+using ombrix::platform::Crowd;
+using ombrix::platform::StayAwakeUntil;
 
 // The statuses of the system's own functions, so that a caller can treat both alike.
 constexpr std::int32_t kBadParameter = -50;
@@ -48,13 +57,14 @@ using Tasks = std::list<Task>;
 struct Queue {
     Tasks messages;
     bool deleted = false;
+    std::atomic<bool> isReady = false;  // whether there is a message, or none will come: for a look without the mutex
     std::condition_variable changed;
 };
 
-/// A thread without work, waiting to be handed a task. It lies on its thread's stack.
+/// A thread that sleeps until it is called. It lies on its thread's stack.
 struct IdleThread {
-    Tasks task;
-    std::condition_variable handedOver;
+    bool isCalled = false;
+    std::condition_variable called;
     IdleThread* next = nullptr;
 };
 
@@ -69,8 +79,11 @@ struct State {
     std::mutex mutex;
     Id nextId;
     std::unordered_map<Id, std::shared_ptr<Queue>> queues;
-    IdleThread* idle = nullptr;  // the latest first: its stack is the warmest
-    Tasks spare;                 // finished tasks whose memory the next ones take
+    Tasks line;                         // tasks that no thread has begun, the oldest first
+    std::atomic<bool> hasLine = false;  // whether there are any: for a look without the mutex
+    std::size_t coming = 0;             // threads that have no task and will look at the line before they sleep
+    IdleThread* idle = nullptr;         // the latest first: its stack is the warmest
+    Tasks spare;                        // finished tasks whose memory the next ones take
 };
 
 /// The state of this process, made when it is first needed. It is never destroyed, since the threads use it until the
@@ -104,33 +117,60 @@ class AllSignalsBlocked {
     sigset_t before_;
 };
 
-/// The life of a thread: runs the task that it was made for, then whatever it is handed, until the process ends.
-[[noreturn]] void RunTasks(Tasks running) {
-    State& state = Shared();
-    IdleThread self;
-    for (;;) {
-        Task& task = running.front();
-        task.result = task.entry(task.parameter);
-
-        std::unique_lock lock(state.mutex);
-        std::shared_ptr<Queue> queue = state.Find(task.queue);
-        Tasks& finished = queue ? queue->messages : state.spare;
-        finished.splice(finished.end(), running);
+/// Sleeps until called, unless there is a task by then. The thread is one of those coming, before and after.
+void AwaitCall(State& state, std::unique_lock<std::mutex>& lock, IdleThread& self) {
+    lock.unlock();
+    StayAwakeUntil([&state] { return state.hasLine.load(std::memory_order_relaxed); });
+    lock.lock();
+    if (state.line.empty()) {
+        --state.coming;
+        self.isCalled = false;
         self.next = std::exchange(state.idle, &self);
-        if (queue) {
-            lock.unlock();  // or the woken thread would run into the mutex
-            queue->changed.notify_one();
-            queue.reset();
-            lock.lock();
-        }
-        self.handedOver.wait(lock, [&self] { return !self.task.empty(); });
-        running.splice(running.end(), self.task);
+        self.called.wait(lock, [&self] { return self.isCalled; });
     }
 }
 
-void StartThread(Tasks task) {
+/// Posts the message of the one task in `finished`.
+void Post(State& state, std::unique_lock<std::mutex>& lock, Tasks& finished) {
+    const std::shared_ptr<Queue> queue = state.Find(finished.front().queue);
+    if (!queue) {
+        state.spare.splice(state.spare.end(), finished);
+        return;
+    }
+    queue->messages.splice(queue->messages.end(), finished);
+    queue->isReady = true;
+    lock.unlock();  // or the woken thread would run into the mutex
+    queue->changed.notify_one();
+    lock.lock();
+}
+
+/// The life of a thread, which counts as coming: runs one task after the other until the process ends.
+[[noreturn]] void RunTasks() {
+    State& state = Shared();
+    IdleThread self;
+    Tasks running;
+    std::unique_lock lock(state.mutex);
+    for (;;) {
+        while (state.line.empty()) {
+            AwaitCall(state, lock, self);
+        }
+        running.splice(running.end(), state.line, state.line.begin());
+        state.hasLine = !state.line.empty();
+        --state.coming;
+        lock.unlock();
+
+        Task& task = running.front();
+        task.result = task.entry(task.parameter);
+
+        lock.lock();
+        ++state.coming;
+        Post(state, lock, running);
+    }
+}
+
+void StartThread() {
     const AllSignalsBlocked blocked;
-    std::thread([task = std::move(task)]() mutable { RunTasks(std::move(task)); }).detach();
+    std::thread(RunTasks).detach();
 }
 
 /// Throws std::system_error or std::bad_alloc when there is no thread for the task; it is not started then.
@@ -142,14 +182,22 @@ void Start(State& state, std::unique_lock<std::mutex>& lock, const Task& task) {
         started.splice(started.end(), state.spare, state.spare.begin());
         started.front() = task;
     }
-    if (IdleThread* const thread = state.idle) {
-        state.idle = thread->next;
-        thread->task.splice(thread->task.end(), started);
+    IdleThread* called = nullptr;
+    if (state.line.size() >= state.coming) {
+        called = state.idle;
+        if (called) {
+            state.idle = called->next;
+            called->isCalled = true;
+        } else {
+            StartThread();  // under the mutex, so that no one takes the task before it is known to have a thread
+        }
+        ++state.coming;
+    }
+    state.line.splice(state.line.end(), started);
+    state.hasLine = true;
+    if (called) {
         lock.unlock();
-        thread->handedOver.notify_one();
-    } else {
-        lock.unlock();
-        StartThread(std::move(started));
+        called->called.notify_one();
     }
 }
 
@@ -250,10 +298,16 @@ std::int32_t MPWaitOnQueue(MPQueueID queue, void** parameter1, void** parameter2
     if (!waited) {
         return kInvalidId;
     }
+    const auto end = Crowd::Clock::now() + Duration(duration);
+    if (!waited->isReady) {
+        lock.unlock();
+        StayAwakeUntil([&waited] { return waited->isReady.load(std::memory_order_relaxed); }, Duration(duration));
+        lock.lock();
+    }
     const auto changed = [&waited] { return waited->deleted || !waited->messages.empty(); };
     if (duration == kWaitForever) {
         waited->changed.wait(lock, changed);
-    } else if (!waited->changed.wait_for(lock, Duration(duration), changed)) {
+    } else if (!waited->changed.wait_until(lock, end, changed)) {
         return kWaitTimedOut;
     }
     if (waited->deleted) {
@@ -264,6 +318,7 @@ std::int32_t MPWaitOnQueue(MPQueueID queue, void** parameter1, void** parameter2
     Store(parameter2, message.termination2);
     Store(parameter3, ToHandle<void*>(static_cast<Id>(static_cast<std::intptr_t>(message.result))));
     state.spare.splice(state.spare.end(), waited->messages, waited->messages.begin());
+    waited->isReady = !waited->messages.empty();
     return 0;
 }
 
@@ -275,6 +330,7 @@ std::int32_t MPDeleteQueue(MPQueueID queue) {
         return kInvalidId;
     }
     found->second->deleted = true;
+    found->second->isReady = true;
     found->second->changed.notify_all();
     state.spare.splice(state.spare.end(), found->second->messages);
     state.queues.erase(found);

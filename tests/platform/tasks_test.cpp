@@ -248,13 +248,18 @@ TEST(Tasks, MayComeByTheThousandsFromSeveralThreads) {
     constexpr int kCallers = 4;
     constexpr int kRounds = 500;
     std::atomic<int> runs = 0;
-    std::function<std::int32_t()> run = [&runs] { return ++runs, 0; };
     std::vector<std::thread> callers;
     for (int caller = 0; caller < kCallers; ++caller) {
-        callers.emplace_back([&run, caller] {
+        callers.emplace_back([&runs, caller] {
             for (int round = 0; round < kRounds; ++round) {
                 const MPQueueID queue = NewQueue();
                 const int count = 1 + (round + caller) % 4;
+                // Every other time they wait for each other: none may be left behind by threads that take several.
+                std::barrier meeting(round % 2 ? count : 1);
+                std::function<std::int32_t()> run = [&runs, &meeting] {
+                    meeting.arrive_and_wait();
+                    return ++runs, 0;
+                };
                 for (int i = 0; i < count; ++i) {
                     ASSERT_EQ(Start(run, queue), 0);
                 }
