@@ -255,9 +255,11 @@ TEST(Tasks, MayComeByTheThousandsFromSeveralThreads) {
                 const MPQueueID queue = NewQueue();
                 const int count = 1 + (round + caller) % 4;
                 // Every other time they wait for each other: none may be left behind by threads that take several.
-                std::barrier meeting(round % 2 ? count : 1);
-                std::function<std::int32_t()> run = [&runs, &meeting] {
-                    meeting.arrive_and_wait();
+                std::latch meeting(count);
+                std::function<std::int32_t()> run = [&runs, &meeting, round] {
+                    if (round % 2) {
+                        meeting.arrive_and_wait();
+                    }
                     return ++runs, 0;
                 };
                 for (int i = 0; i < count; ++i) {
