@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <deque>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -78,17 +79,33 @@ constexpr Work kWorks[] = {
 
 constexpr const Work& kCopy = kWorks[std::size(kWorks) - 1];
 
-/// The median of 21 runs, or of fewer (5 at least) where they would take longer than 3 seconds. Each finds the caches
-/// cold: else the small pictures would be measured in them, and the large ones not.
-double MedianSeconds(const ColdCaches& caches, const std::function<void()>& work) {
-    const double first = SecondsOf(work);
-    const int runs = static_cast<int>(std::clamp(3.0 / first, 5.0, 1.0 * kIterations));
-    std::vector<double> seconds;
-    for (int i = 0; i < runs; ++i) {
-        caches.Evict();
-        seconds.push_back(SecondsOf(work));
-    }
-    return Median(seconds);
+/// The seconds that a work takes for each canvas, medians. The canvases take turns, so that what else the machine does
+/// meets all of them alike. Each run finds the caches cold: else small pictures would be measured in them, and large
+/// ones not.
+std::vector<double> MedianSeconds(const ColdCaches& caches, const Work& work, int tasks,
+                                  const std::vector<Canvas*>& canvases) {
+    std::vector<std::function<void()>> runs;
+    std::vector<std::vector<double>> seconds(canvases.size());
+    const std::function<void()> prepareNext = [&] {
+        if (runs.size() < canvases.size()) {
+            work.run(*canvases[runs.size()], tasks, [&](const std::function<void()>& run) {
+                runs.push_back(run);
+                prepareNext();
+            });
+            return;
+        }
+        for (int round = 0; round < kWarmUps + kIterations; ++round) {
+            for (std::size_t i = 0; i < runs.size(); ++i) {
+                caches.Evict();
+                const double taken = SecondsOf(runs[i]);
+                if (round >= kWarmUps) seconds[i].push_back(taken);
+            }
+        }
+    };
+    prepareNext();
+    std::vector<double> medians;
+    for (const std::vector<double>& ofCanvas : seconds) medians.push_back(Median(ofCanvas));
+    return medians;
 }
 
 /// Prints a table as it is filled.
@@ -143,26 +160,26 @@ class GrowthTable {
     std::vector<Line> lines_;
 };
 
-std::vector<int> TaskCountsFor(Size size) {
-    // More tasks than there are memory channels to feed are measured at one size only.
-    return size == kPhotoSize ? std::vector<int>{1, 2, 4, 8} : std::vector<int>{1, 2};
-}
-
 }  // namespace
 
 bool MeasureGrowth(const std::string& csvFile, std::ostream& out) {
     std::ofstream csv(csvFile);
     if (!csv) return false;
-    GrowthTable table(out, csv);
+    std::deque<Canvas> canvases;
+    for (const Size size : kSizes) canvases.emplace_back(size);
     const ColdCaches caches;
+    GrowthTable table(out, csv);
     out << "work                            tasks  megapixels  ns/pixel\n";
-    for (const Size size : kSizes) {
-        Canvas canvas(size);
-        for (const Work& work : kWorks) {
-            for (const int tasks : TaskCountsFor(size)) {
-                work.run(canvas, tasks, [&](const std::function<void()>& run) {
-                    table.Add(work, tasks, size, MedianSeconds(caches, run));
-                });
+    for (const Work& work : kWorks) {
+        for (const int tasks : {1, 2, 4, 8}) {
+            std::vector<Canvas*> measured;
+            for (Canvas& canvas : canvases) {
+                // More tasks than there are memory channels to feed are measured at one size only.
+                if (tasks <= 2 || canvas.source.Extent() == kPhotoSize) measured.push_back(&canvas);
+            }
+            const std::vector<double> seconds = MedianSeconds(caches, work, tasks, measured);
+            for (std::size_t i = 0; i < measured.size(); ++i) {
+                table.Add(work, tasks, measured[i]->source.Extent(), seconds[i]);
             }
         }
     }

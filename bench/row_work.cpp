@@ -11,8 +11,9 @@ namespace {
 
 RowWorkReceiver current;
 
+/// Calls it once. It may capture row work of its own meanwhile.
 void GiveToReceiver(GenericMPParams* params, RowWorker worker, std::int32_t /*autoTaskCount*/) {
-    current(params, worker);
+    std::exchange(current, nullptr)(params, worker);
 }
 
 // Tone and colour effects go through the driver, which calls its executor directly: these two stand in for it.
@@ -21,12 +22,12 @@ void Capture(const MPImageFilterData& base, StdMPEffectParams* params, RowWorker
              const LockedPixels& source, const LockedPixels& destination, REALobjectStruct* mask) {
     FillHead(*params, base, source, destination);
     if (!mask) {
-        current(&params->generic, worker);
+        GiveToReceiver(&params->generic, worker, 0);
         return;
     }
     const LockedPixels pixels(mask);
     FillMaskHead(*params, pixels);
-    current(&params->generic, maskedWorker);
+    GiveToReceiver(&params->generic, maskedWorker, 0);
 }
 
 REALobjectStruct* CaptureApply(MPImageFilterData* base, StdMPEffectParams* params, RowWorker worker,
