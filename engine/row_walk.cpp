@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "engine/depth_change.h"
+#include "engine/lane.h"
 #include "engine/stream_copy.h"
 
 namespace ombrix {
@@ -11,13 +12,23 @@ namespace {
 /// Pixels that go through buffers at a time. Few, so that what is read next comes in while what was written goes out.
 constexpr std::int64_t kChunk = 256;
 
+/// The pixels of a row before the first that begins a line of the caches. Vectors as long as a line would else lie in
+/// two of them each: brightness in place takes a third more of the time then. In short rows it would not matter.
+std::int64_t PixelsToLine(const RowJob& job) {
+    constexpr std::int64_t kLongRow = 512;
+    const auto offset = static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(job.destination) % kBlockBytes);
+    if (job.count < kLongRow || job.source.bytesPerPixel != 4 || offset % 4 != 0) return 0;
+    return (kBlockBytes - offset) % kBlockBytes / 4;
+}
+
 class Chunks {
   public:
     Chunks(const RowJob& job, const WordKernel& kernel, const WordKernel& mix)
         : job_(job), kernel_(kernel), mix_(mix) {}
 
-    void Run() {
-        for (std::int64_t first = 0; first < job_.count; first += kChunk) {
+    void Run(std::int64_t toLine) {
+        if (toLine > 0) RunOne(0, toLine);
+        for (std::int64_t first = toLine; first < job_.count; first += kChunk) {
             RunOne(first, std::min(kChunk, job_.count - first));
         }
     }
@@ -70,10 +81,16 @@ bool ShouldStream(const StdMPEffectParams& params) {
 void WalkRow(const RowJob& job, const WordKernel& kernel, const WordKernel& mix) {
     if (job.count <= 0) return;
     const auto hasWords = [](const PixelRow& row) { return !row.pixels || row.bytesPerPixel == 4; };
+    const std::int64_t toLine = PixelsToLine(job);
     if (!mix && !job.isStreamed && hasWords(job.source) && hasWords(job.fill)) {
-        kernel({job.source.pixels, job.fill.pixels, nullptr, job.destination, job.count});
+        const auto run = [&job, &kernel](std::int64_t first, std::int64_t count) {
+            const std::uint8_t* const fill = job.fill.pixels ? job.fill.pixels + 4 * first : nullptr;
+            kernel({job.source.pixels + 4 * first, fill, nullptr, job.destination + 4 * first, count});
+        };
+        if (toLine > 0) run(0, toLine);
+        run(toLine, job.count - toLine);
     } else {
-        Chunks(job, kernel, mix).Run();
+        Chunks(job, kernel, mix).Run(toLine);
     }
 }
 
