@@ -11,20 +11,23 @@ namespace ombrix {
 struct ChannelShift {
     Rgb<int> offset;
 
-    /// Never below 0: an offset is added, or taken away, on the way.
+    /// In 8 bits: an offset is added to no more than leaves 255, or taken from no less than leaves 0.
     class ByBytes {
       public:
         ByBytes(const ChannelShift& shift, const WordFormat& format)
             : up_(format.InMemory(shift.offset, [](int offset) { return std::max(offset, 0); })),
               down_(format.InMemory(shift.offset, [](int offset) { return std::max(-offset, 0); })) {}
 
-        Lane operator()(Place place, Lane source) const {
-            return DifferenceFromZero(Min(source + up_.At(place), 255), down_.At(place));
+        std::uint8_t operator()(std::size_t byte, std::uint8_t source) const {
+            const std::uint8_t up = up_[byte];
+            const std::uint8_t down = down_[byte];
+            const auto raised = static_cast<std::uint8_t>(std::min<std::uint8_t>(source, ~up) + up);
+            return static_cast<std::uint8_t>(std::max(raised, down) - down);
         }
 
       private:
-        BlockConstants up_;
-        BlockConstants down_;
+        BlockBytes up_;
+        BlockBytes down_;
     };
 };
 

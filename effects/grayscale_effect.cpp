@@ -14,8 +14,6 @@ constexpr Rgb<int> Grey(int value) { return {value, value, value}; }
 /// The luma, by either standard's weights.
 struct WeightedSum {
     LumaWeights weights;
-
-    Rgb<int> FromLuma(int luma) const { return Grey(luma); }
 };
 
 /// The mean of the three channels, truncated.

@@ -1,6 +1,7 @@
 // SepiaEffect: a warm brown tone.
 #include <cmath>
 
+#include "effects/channel_shift.h"
 #include "effects/value_effect.h"
 #include "engine/effect_walk.h"
 
@@ -14,19 +15,11 @@ namespace {
 /// plus the whole number below the share; no share is so near to the one above that rounding would reach it.
 struct SepiaTone {
     static constexpr LumaWeights weights = kRec601;
-
-    int red;    ///< added to the luma
-    int green;  ///< negative, as blue
-    int blue;
+    ChannelShift shift;
 
     explicit SepiaTone(double strength)
-        : red(static_cast<int>(std::floor(0.956 * strength))),
-          green(static_cast<int>(std::floor(-0.272 * strength))),
-          blue(static_cast<int>(std::floor(-1.105 * strength))) {}
-
-    Rgb<int> FromLuma(int luma) const {
-        return {ClampToByte(luma + red), ClampToByte(luma + green), ClampToByte(luma + blue)};
-    }
+        : shift{{static_cast<int>(std::floor(0.956 * strength)), static_cast<int>(std::floor(-0.272 * strength)),
+                 static_cast<int>(std::floor(-1.105 * strength))}} {}
 };
 
 struct SepiaParams {

@@ -2,11 +2,13 @@
 // with channels from 0 to 255, and knows nothing of rows, depths, masks or tasks.
 //
 // A formula may be of another kind, and is worked out faster then:
-//   by bytes   instead of the call, a type ByBytes within it, made of the formula and a WordFormat: a callable of
-//              (Place, Lane) that gives what a byte of a block becomes, for formulas that look at no other channel;
-//   by luma    instead of the call, `LumaWeights weights`, and FromLuma(int), the colour that a luma leads to.
+//   by bytes   instead of the call, a type ByBytes within it, made of the formula and a WordFormat: a callable that
+//              gives what a byte of a block becomes, for formulas that look at no other channel (see BlockCombiner);
+//   by luma    instead of the call, `LumaWeights weights` for greys, and if these are not all, `shift`, a formula by
+//              bytes that they are given to.
 #pragma once
 
+#include <cstddef>
 #include <type_traits>
 
 #include "engine/effect_params.h"
@@ -25,7 +27,19 @@ concept WorksByBytes = requires {
 
 template <class Formula>
 concept WorksByLuma = requires(const Formula& formula) {
-    formula.FromLuma(0);
+    formula.weights;
+};
+
+/// The greys of a luma, with what is made of them.
+template <class Shift>
+struct GreyForm {
+    LumaWeights weights;
+    Shift shift;
+};
+
+/// Leaves greys as they are.
+struct NoShift {
+    std::uint8_t operator()(std::size_t, std::uint8_t grey) const { return grey; }
 };
 
 /// What the kernel of a formula is made of: the formula, or a form of it that takes long to make.
@@ -33,6 +47,10 @@ template <class Formula>
 auto KernelForm(const Formula& formula) {
     if constexpr (WorksByBytes<Formula>) {
         return typename Formula::ByBytes(formula, WordFormat());
+    } else if constexpr (requires { formula.shift; }) {
+        return GreyForm{formula.weights, KernelForm(formula.shift)};
+    } else if constexpr (WorksByLuma<Formula>) {
+        return GreyForm{formula.weights, NoShift()};
     } else {
         return formula;
     }
@@ -48,14 +66,13 @@ void RunForm(const void* formAddress, const WordPixels& pixelsOfCall) {
         const WordFormat format;
         constexpr Roles roles{};
         if constexpr (WorksByLuma<Form>) {
-            ForEachLuma<roles>(pixels, format, form.weights, [&form](int luma) { return form.FromLuma(luma); });
-        } else if constexpr (std::is_invocable_v<const Form&, Place, Lane>) {
-            ForEachByte<roles>(pixels, format, [&form](const WordPixels&, std::int64_t) {
-                return [&form](Place place, Lane byte) { return form(place, byte); };
-            });
-        } else {
+            ForEachLuma<roles>(pixels, format, form.weights, form.shift);
+        } else if constexpr (std::is_invocable_v<const Form&, Rgb<int>>) {
             ForEachColour<roles>(pixels, format,
                                  [&form](const WordPixels&, std::int64_t, Rgb<int> source) { return form(source); });
+        } else {
+            ForEachByte<roles>(pixels, format,
+                               [&form](const WordPixels&, std::int64_t) -> const Form& { return form; });
         }
     });
 }

@@ -92,6 +92,21 @@ class BlockConstants {
     alignas(kBlockBytes) std::uint16_t values_[2][kBlockUnits];
 };
 
+/// The same in 8 bits, for arithmetic that never leaves the bytes' range: twice as many fit into a vector.
+class BlockBytes {
+  public:
+    /// `ofByte` holds a number from 0 to 255 for each byte of a pixel in memory.
+    explicit BlockBytes(const std::array<int, 4>& ofByte) {
+        for (std::size_t i = 0; i < kBlockBytes; ++i) values_[i] = static_cast<std::uint8_t>(ofByte[i % 4]);
+    }
+
+    /// That of a byte of the block.
+    std::uint8_t operator[](std::size_t byte) const { return values_[byte]; }
+
+  private:
+    alignas(kBlockBytes) std::uint8_t values_[kBlockBytes];
+};
+
 inline std::uint16_t LoadUnit(const std::uint8_t* bytes) {
     std::uint16_t unit;
     std::memcpy(&unit, bytes, sizeof unit);

@@ -36,7 +36,9 @@ class WholeLuma {
         return red_ * static_cast<std::uint32_t>(colour.red) + green_ * static_cast<std::uint32_t>(colour.green) +
                blue_ * static_cast<std::uint32_t>(colour.blue) + kMargin;
     }
-    static constexpr bool IsNearWhole(std::uint32_t sum) { return (sum & (kOne - 1)) < 2 * kMargin; }
+    /// Of several sums, the least tells whether one is near a whole number.
+    static constexpr std::uint32_t AboveWhole(std::uint32_t sum) { return sum & (kOne - 1); }
+    static constexpr bool IsNearWhole(std::uint32_t aboveWhole) { return aboveWhole < 2 * kMargin; }
     static constexpr int LumaOf(std::uint32_t sum) { return static_cast<int>(sum / kOne); }
 
   private:

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 #include "engine/lane.h"
 #include "engine/luma.h"
@@ -78,35 +79,8 @@ void ForEachColour(const WordPixels& pixels, const WordFormat& format, const Com
     });
 }
 
-/// Colour by colour, by their lumas alone: `fromLuma(luma)` is what the colours with a luma become. One pixel whose sum
-/// is near a whole number sends all of its run the slow way.
-template <Roles roles, class FromLuma>
-void ForEachLuma(const WordPixels& pixels, const WordFormat& format, const LumaWeights& weights,
-                 const FromLuma& fromLuma) {
-    const WholeLuma whole(weights);
-    ForEachRun<roles, kRun>(pixels, [&](const WordPixels& run) {
-        int lumas[kRun];
-        std::uint32_t nearWhole = 0;
-        for (std::int64_t x = 0; x < run.count; ++x) {
-            const std::uint32_t sum = whole.SumOf(ColourOf(LoadWord(run.source + 4 * x), format));
-            nearWhole |= WholeLuma::IsNearWhole(sum) ? 1 : 0;
-            lumas[x] = WholeLuma::LumaOf(sum);
-        }
-        if (nearWhole != 0) {
-            for (std::int64_t x = 0; x < run.count; ++x) {
-                lumas[x] = weights.LumaOf(ColourOf(LoadWord(run.source + 4 * x), format));
-            }
-        }
-        OMBRIX_INDEPENDENT_PIXELS
-        for (std::int64_t x = 0; x < run.count; ++x) {
-            const std::uint32_t word = LoadWord(run.source + 4 * x);
-            const Rgb<int> result = fromLuma(lumas[x]);
-            StoreWord(run.destination + 4 * x, (word & format.fourthMask) | WordOf(result, format));
-        }
-    });
-}
-
-/// The last pixels of a row, fewer than a block, as a block of their own.
+/// The last pixels of a row, fewer than `length`, as so many.
+template <std::int64_t length>
 class LastPixels {
   public:
     explicit LastPixels(const WordPixels& pixels)
@@ -116,21 +90,37 @@ class LastPixels {
         Copy(mask_, pixels.mask);
     }
 
-    WordPixels Block() { return {source_, fill_, mask_, result_, kBlockPixels}; }
+    WordPixels Filled() { return {source_, fill_, mask_, result_, length}; }
     void Finish() const { std::memcpy(destination_, result_, bytes_); }
 
   private:
-    void Copy(std::uint8_t (&copy)[kBlockBytes], const std::uint8_t* bytes) const {
+    void Copy(std::uint8_t (&copy)[4 * length], const std::uint8_t* bytes) const {
         if (bytes) std::memcpy(copy, bytes, bytes_);
     }
 
     std::uint8_t* destination_;
     std::size_t bytes_;
-    std::uint8_t source_[kBlockBytes] = {};
-    std::uint8_t fill_[kBlockBytes] = {};
-    std::uint8_t mask_[kBlockBytes] = {};
-    std::uint8_t result_[kBlockBytes];
+    std::uint8_t source_[4 * length] = {};
+    std::uint8_t fill_[4 * length] = {};
+    std::uint8_t mask_[4 * length] = {};
+    std::uint8_t result_[4 * length];
 };
+
+/// Calls `process(run, first)` for runs of so many pixels, which begin with the pixel `first`; what remains at the end
+/// is made as long.
+template <Roles roles, std::int64_t length, class Process>
+void ForEachWholeRun(const WordPixels& pixels, const Process& process) {
+    const std::int64_t whole = pixels.count / length * length;
+    for (std::int64_t first = 0; first < whole; first += length) {
+        const WordPixels run = PartOf<roles>(pixels, first, length);
+        PrefetchBehind<roles>(run);
+        process(run, first);
+    }
+    if (whole == pixels.count) return;
+    LastPixels<length> last(PartOf<roles>(pixels, whole, pixels.count - whole));
+    process(last.Filled(), whole);
+    last.Finish();
+}
 
 /// A number from 0 to 255 for each pixel of a run, as all of its bytes need it. (Of a whole run, since g++ would make
 /// single instructions of a loop over the few pixels of a block.)
@@ -153,37 +143,99 @@ class PixelWeights {
     alignas(kBlockBytes) std::uint8_t units_[4 * kRun];
 };
 
-/// Byte by byte: `combineIn(block, first)(place, byte)` is what a byte of a block becomes, the fourth bytes excepted.
-/// The block begins with the pixel `first`.
+/// The bits of a pixel's fourth byte, as units of a block see them.
+template <class Unit>
+class FourthBytes {
+  public:
+    explicit FourthBytes(const WordFormat& format) {
+        for (std::size_t i = 0; i < kCount; ++i) {
+            bits_[i] = static_cast<Unit>(format.fourthMask >> i * 8 * sizeof(Unit) % 32);
+        }
+    }
+
+    /// A unit with the fourth bytes of one and the colours of the other.
+    Unit Of(Unit source, Unit colours, std::size_t unit) const {
+        return static_cast<Unit>((source & bits_[unit]) | (colours & ~bits_[unit]));
+    }
+
+  private:
+    static constexpr std::size_t kCount = kBlockBytes / sizeof(Unit);
+    alignas(kBlockBytes) Unit bits_[kCount];
+};
+
+/// What becomes of a block by a callable of (Place, Lane), or of (std::size_t, std::uint8_t) with the byte's place in
+/// the block: two forms of one thing, in 16 bits and in 8. The fourth bytes stay.
+template <class Combine>
+class BlockCombiner {
+  public:
+    static constexpr bool isInBytes = std::is_invocable_v<const Combine&, std::size_t, std::uint8_t>;
+
+    explicit BlockCombiner(const WordFormat& format) : fourth_(format) {}
+
+    void operator()(const std::uint8_t* source, std::uint8_t* destination, const Combine& combine) const {
+        if constexpr (isInBytes) {
+            OMBRIX_INDEPENDENT_PIXELS
+            for (std::size_t byte = 0; byte < kBlockBytes; ++byte) {
+                destination[byte] = fourth_.Of(source[byte], combine(byte, source[byte]), byte);
+            }
+        } else {
+            OMBRIX_INDEPENDENT_PIXELS
+            for (std::ptrdiff_t unit = 0; unit < kBlockUnits; ++unit) {
+                const std::uint16_t word = LoadUnit(source + 2 * unit);
+                const std::uint16_t result =
+                    UnitOf(combine(Place{0, unit}, LowerByte(word)), combine(Place{1, unit}, UpperByte(word)));
+                StoreUnit(destination + 2 * unit, fourth_.Of(word, result, static_cast<std::size_t>(unit)));
+            }
+        }
+    }
+
+  private:
+    FourthBytes<std::conditional_t<isInBytes, std::uint8_t, std::uint16_t>> fourth_;
+};
+
+/// Byte by byte: `combineIn(block, first)` is a callable that BlockCombiner takes. The block begins with the pixel
+/// `first`.
 template <Roles roles, class CombineIn>
 void ForEachByte(const WordPixels& pixels, const WordFormat& format, const CombineIn& combineIn) {
-    std::uint16_t fourth[kBlockUnits];
-    for (std::ptrdiff_t unit = 0; unit < kBlockUnits; ++unit) {
-        fourth[unit] = static_cast<std::uint16_t>(format.fourthMask >> unit % 2 * 16);
-    }
-    const auto process = [&combineIn, &fourth](const WordPixels& block, std::int64_t first) {
-        const std::uint8_t* const source = block.source;
-        std::uint8_t* const destination = block.destination;
-        const auto combine = combineIn(block, first);
-        OMBRIX_INDEPENDENT_PIXELS
-        for (std::ptrdiff_t unit = 0; unit < kBlockUnits; ++unit) {
-            const std::uint16_t word = LoadUnit(source + 2 * unit);
-            const std::uint16_t result =
-                UnitOf(combine(Place{0, unit}, LowerByte(word)), combine(Place{1, unit}, UpperByte(word)));
-            StoreUnit(destination + 2 * unit,
-                      static_cast<std::uint16_t>((word & fourth[unit]) | (result & ~fourth[unit])));
-        }
+    using Combine = std::remove_cvref_t<std::invoke_result_t<const CombineIn&, const WordPixels&, std::int64_t>>;
+    const BlockCombiner<Combine> combiner(format);
+    ForEachWholeRun<roles, kBlockPixels>(pixels, [&combineIn, &combiner](const WordPixels& block, std::int64_t first) {
+        combiner(block.source, block.destination, combineIn(block, first));
+    });
+}
+
+/// Colour by colour, by their lumas alone: pixels become grey, and their bytes what `combine` makes of them, a callable
+/// that BlockCombiner takes. One pixel whose sum is near a whole number sends all of its run the slow way.
+template <Roles roles, class Combine>
+void ForEachLuma(const WordPixels& pixels, const WordFormat& format, const LumaWeights& weights,
+                 const Combine& combine) {
+    const WholeLuma whole(weights);
+    const BlockCombiner<Combine> combiner(format);
+    // A factor that g++ does not know: it would make two shifts and two sums of the product, which take a tenth longer.
+    const std::uint32_t inAllBytes = 0x01010101u + kHiddenZero;
+    const auto greyOf = [fourthMask = format.fourthMask, inAllBytes](std::uint32_t word, int luma) {
+        const std::uint32_t grey = static_cast<std::uint32_t>(luma) * inAllBytes;
+        return (word & fourthMask) | (grey & ~fourthMask);
     };
-    const std::int64_t whole = pixels.count / kBlockPixels * kBlockPixels;
-    for (std::int64_t first = 0; first < whole; first += kBlockPixels) {
-        const WordPixels block = PartOf<roles>(pixels, first, kBlockPixels);
-        PrefetchBehind<roles>(block);
-        process(block, first);
-    }
-    if (whole == pixels.count) return;
-    LastPixels last(PartOf<roles>(pixels, whole, pixels.count - whole));
-    process(last.Block(), whole);
-    last.Finish();
+    ForEachWholeRun<roles, kRun>(pixels, [&](const WordPixels& run, std::int64_t) {
+        alignas(kBlockBytes) std::uint8_t greys[4 * kRun];
+        std::uint32_t aboveWhole = ~0u;
+        for (std::int64_t x = 0; x < kRun; ++x) {
+            const std::uint32_t word = LoadWord(run.source + 4 * x);
+            const std::uint32_t sum = whole.SumOf(ColourOf(word, format));
+            aboveWhole = std::min(aboveWhole, WholeLuma::AboveWhole(sum));
+            StoreWord(greys + 4 * x, greyOf(word, WholeLuma::LumaOf(sum)));
+        }
+        if (WholeLuma::IsNearWhole(aboveWhole)) {
+            for (std::int64_t x = 0; x < kRun; ++x) {
+                const std::uint32_t word = LoadWord(run.source + 4 * x);
+                StoreWord(greys + 4 * x, greyOf(word, weights.LumaOf(ColourOf(word, format))));
+            }
+        }
+        for (std::ptrdiff_t block = 0; block < 4 * kRun; block += kBlockBytes) {
+            combiner(greys + block, run.destination + block, combine);
+        }
+    });
 }
 
 }  // namespace ombrix
