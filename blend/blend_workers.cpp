@@ -1,6 +1,7 @@
 #include "blend/blend_workers.h"
 
 #include <cstring>
+#include <type_traits>
 
 #include "blend/formulas.h"
 #include "engine/instruction_level.h"
@@ -17,15 +18,16 @@ concept WorksOnBytes = requires(Formula formula, Lane lane) {
 };
 
 template <class Formula>
-concept HasFusedForm = requires {
-    typename Formula::Fused;
+concept HasLoopForm = requires {
+    typename Formula::template InLoops<PlainDivision>;
 };
 
 /// The form of a formula for a level.
 template <class Mode, class Level>
 auto FormulaAt(Level) {
-    if constexpr (HasFusedForm<Mode> && Level::hasFusedMultiplyAdd) {
-        return typename Mode::Fused();
+    if constexpr (HasLoopForm<Mode>) {
+        using Division = std::conditional_t<Level::hasFusedMultiplyAdd, FusedDivision, PlainDivision>;
+        return typename Mode::template InLoops<Division>();
     } else {
         return Mode();
     }

@@ -13,7 +13,8 @@ namespace ombrix {
 
 /// In place: red, green and blue become hue, lightness and saturation, in this order, truncated. A grey of value v has
 /// hue 0, lightness v and saturation 0.
-inline void Convert_RGB_To_HSL(int* first, int* second, int* third) {
+template <class Division = PlainDivision>
+void Convert_RGB_To_HSL(int* first, int* second, int* third) {
     const int red = *first;
     const int green = *second;
     const int blue = *third;
@@ -32,7 +33,7 @@ inline void Convert_RGB_To_HSL(int* first, int* second, int* third) {
     const int difference = isRed ? green - blue : isGreen ? blue - red : red - green;
     const int sector = isRed ? 0 : isGreen ? 2 : 4;
     const int turn = difference < 0 ? (isRed ? 255 : 0) : 0;
-    const double hue = (sector + static_cast<double>(difference) / delta) * 42.5 + turn;
+    const double hue = (sector + Division::Ratio(difference, delta)) * 42.5 + turn;
 
     *first = isGrey ? 0 : static_cast<int>(hue);
     *second = sum / 2;
@@ -45,27 +46,25 @@ template <class Division = PlainDivision>
 int HLS_Value(double m1, double m2, int hue) {
     hue = hue > 255 ? hue - 255 : hue < 0 ? hue + 255 : hue;
     const double rise = (m2 - m1) * (hue < 43 ? hue : 170 - hue);
-    const double slope = m1 + Division::Divide(rise, 42.5, 1.0 / 42.5);
+    const double slope = m1 + rise / 42.5;
     const double value = hue < 43 ? slope : hue < 128 ? m2 : hue < 170 ? slope : m1;
     return static_cast<int>(value * 255.0);
 }
 
 /// In place, the inverse: hue, lightness and saturation become red, green and blue. Truncation on the way loses up to
 /// a few units; greys come back exactly.
-template <class Division = PlainDivision>
-void Convert_HSL_To_RGB(int* first, int* second, int* third) {
+inline void Convert_HSL_To_RGB(int* first, int* second, int* third) {
     const int hue = *first;
     const int lightness = *second;
     const int saturation = *third;
     const bool isDark = lightness <= 127;
     const int ofDark = (saturation + 255) * lightness;
-    const double ofBright = (lightness + saturation) - Division::Divide(saturation * lightness, 255.0, 1.0 / 255.0);
-    const double m2 =
-        Division::Divide(isDark ? ofDark : ofBright, isDark ? 65025.0 : 255.0, isDark ? 1.0 / 65025.0 : 1.0 / 255.0);
-    const double m1 = Division::Divide(lightness, 127.5, 1.0 / 127.5) - m2;
-    const int red = HLS_Value<Division>(m1, m2, hue + 85);
-    const int green = HLS_Value<Division>(m1, m2, hue);
-    const int blue = HLS_Value<Division>(m1, m2, hue - 85);
+    const double ofBright = (lightness + saturation) - saturation * lightness / 255.0;
+    const double m2 = isDark ? ofDark / 65025.0 : ofBright / 255.0;
+    const double m1 = lightness / 127.5 - m2;
+    const int red = HLS_Value(m1, m2, hue + 85);
+    const int green = HLS_Value(m1, m2, hue);
+    const int blue = HLS_Value(m1, m2, hue - 85);
     *first = saturation == 0 ? lightness : red;
     *second = saturation == 0 ? lightness : green;
     *third = saturation == 0 ? lightness : blue;

@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "blend/colour_spaces.h"
+#include "blend/colour_spaces_in_loops.h"
 #include "blend/division.h"
 #include "engine/lane.h"
 #include "engine/luma.h"
@@ -208,28 +209,44 @@ struct Hls {
     int hue;
     int lightness;
     int saturation;
+};
 
-    static Hls Of(Rgb<int> colour) {
+/// How colours are converted to Hls and back.
+struct PlainConversion {
+    static Hls ToHls(Rgb<int> colour) {
         Convert_RGB_To_HSL(&colour.red, &colour.green, &colour.blue);
         return {colour.red, colour.green, colour.blue};
     }
 
-    template <class Division>
-    Rgb<int> ToRgb() const {
-        Rgb<int> colour{hue, lightness, saturation};
-        Convert_HSL_To_RGB<Division>(&colour.red, &colour.green, &colour.blue);
-        return {colour.red & 0xff, colour.green & 0xff, colour.blue & 0xff};
+    static Rgb<int> ToRgb(Hls colour) {
+        Convert_HSL_To_RGB(&colour.hue, &colour.lightness, &colour.saturation);
+        return {colour.hue & 0xff, colour.lightness & 0xff, colour.saturation & 0xff};
     }
 };
 
-/// A mode that composes a colour of hue, lightness and saturation. `Fused` is the same on processors that multiply and
-/// add in one step.
-template <class Composition, class Division = PlainDivision>
+/// The same, for loops.
+template <class Division>
+struct LoopConversion {
+    static Hls ToHls(Rgb<int> colour) {
+        Convert_RGB_To_HSL<Division>(&colour.red, &colour.green, &colour.blue);
+        return {colour.red, colour.green, colour.blue};
+    }
+
+    static Rgb<int> ToRgb(Hls colour) {
+        HslToRgbInLoops<Division>(&colour.hue, &colour.lightness, &colour.saturation);
+        return {colour.hue & 0xff, colour.lightness & 0xff, colour.saturation & 0xff};
+    }
+};
+
+/// A mode that composes a colour of hue, lightness and saturation. `InLoops` gives the same as part of a loop, by that
+/// way to divide.
+template <class Composition, class Conversion = PlainConversion>
 struct HlsMode {
-    using Fused = HlsMode<Composition, FusedDivision>;
+    template <class Division>
+    using InLoops = HlsMode<Composition, LoopConversion<Division>>;
 
     Rgb<int> operator()(Rgb<int> source, Rgb<int> fill) const {
-        return Composition()(Hls::Of(source), Hls::Of(fill)).template ToRgb<Division>();
+        return Conversion::ToRgb(Composition()(Conversion::ToHls(source), Conversion::ToHls(fill)));
     }
 };
 

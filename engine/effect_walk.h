@@ -48,9 +48,10 @@ auto KernelForm(const Formula& formula) {
     if constexpr (WorksByBytes<Formula>) {
         return typename Formula::ByBytes(formula, WordFormat());
     } else if constexpr (requires { formula.shift; }) {
-        return GreyForm{formula.weights, KernelForm(formula.shift)};
+        const auto shift = KernelForm(formula.shift);
+        return GreyForm<std::remove_cv_t<decltype(shift)>>{formula.weights, shift};
     } else if constexpr (WorksByLuma<Formula>) {
-        return GreyForm{formula.weights, NoShift()};
+        return GreyForm<NoShift>{formula.weights, {}};
     } else {
         return formula;
     }

@@ -8,6 +8,7 @@
 
 #include "blend/blend_procs.h"
 #include "blend/colour_spaces.h"
+#include "blend/colour_spaces_in_loops.h"
 #include "frame/process_state.h"
 #include "tests/plugin/fake_host.h"
 
@@ -247,16 +248,21 @@ TEST(ColourSpaces, ConvertEveryColourThereAndBack) {
     EXPECT_EQ(FromHls({14, 125, 153}), (Colour{200, 99, 49}));
 }
 
-TEST(ColourSpaces, DivideTheSameInBothWays) {
+TEST(ColourSpaces, ConvertTheSameInLoops) {
 #if defined(OMBRIX_SANITIZED)
     GTEST_SKIP() << "the release build compares all colours; sanitizers look for other faults";
 #endif
+    const auto converted = [](int colour, auto conversion) {
+        std::array<int, 3> channels{colour >> 16, colour >> 8 & 255, colour & 255};
+        conversion(&channels[0], &channels[1], &channels[2]);
+        return channels;
+    };
     for (int colour = 0; colour < 1 << 24; ++colour) {
-        std::array<int, 3> plain{colour >> 16, colour >> 8 & 255, colour & 255};
-        std::array<int, 3> fused = plain;
-        Convert_HSL_To_RGB<PlainDivision>(&plain[0], &plain[1], &plain[2]);
-        Convert_HSL_To_RGB<FusedDivision>(&fused[0], &fused[1], &fused[2]);
-        ASSERT_EQ(plain, fused) << std::hex << colour;
+        const auto rgb = converted(colour, Convert_HSL_To_RGB);
+        ASSERT_EQ(converted(colour, HslToRgbInLoops<PlainDivision>), rgb) << std::hex << colour;
+        ASSERT_EQ(converted(colour, HslToRgbInLoops<FusedDivision>), rgb) << std::hex << colour;
+        const auto hsl = converted(colour, Convert_RGB_To_HSL<PlainDivision>);
+        ASSERT_EQ(converted(colour, Convert_RGB_To_HSL<FusedDivision>), hsl) << std::hex << colour;
     }
 }
 
