@@ -9,7 +9,8 @@
 
 namespace ombrix::platform {
 
-/// Whether other programs lately took processor time that was offered to them.
+/// Whether processor time that was offered to others lately came back late: mostly because other programs took it, now
+/// and then because a long task of this one did, next to which the loss is small.
 class Crowd {
   public:
     using Clock = std::chrono::steady_clock;
