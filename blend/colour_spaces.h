@@ -51,17 +51,29 @@ int HLS_Value(double m1, double m2, int hue) {
     return static_cast<int>(value * 255.0);
 }
 
+/// The lowest and the highest channel of a colour, 0.0 to 1.0, by its lightness and saturation.
+struct ChannelEnds {
+    double m1;
+    double m2;
+};
+
+template <class Division = PlainDivision>
+ChannelEnds EndsOf(int lightness, int saturation) {
+    const bool isDark = lightness <= 127;
+    const int ofDark = (saturation + 255) * lightness;
+    const double ofBright = (lightness + saturation) - Division::Divide(saturation * lightness, 255.0, 1.0 / 255.0);
+    const double m2 =
+        Division::Divide(isDark ? ofDark : ofBright, isDark ? 65025.0 : 255.0, isDark ? 1.0 / 65025.0 : 1.0 / 255.0);
+    return {Division::Divide(lightness, 127.5, 1.0 / 127.5) - m2, m2};
+}
+
 /// In place, the inverse: hue, lightness and saturation become red, green and blue. Truncation on the way loses up to
 /// a few units; greys come back exactly.
 inline void Convert_HSL_To_RGB(int* first, int* second, int* third) {
     const int hue = *first;
     const int lightness = *second;
     const int saturation = *third;
-    const bool isDark = lightness <= 127;
-    const int ofDark = (saturation + 255) * lightness;
-    const double ofBright = (lightness + saturation) - saturation * lightness / 255.0;
-    const double m2 = isDark ? ofDark / 65025.0 : ofBright / 255.0;
-    const double m1 = lightness / 127.5 - m2;
+    const auto [m1, m2] = EndsOf(lightness, saturation);
     const int red = HLS_Value(m1, m2, hue + 85);
     const int green = HLS_Value(m1, m2, hue);
     const int blue = HLS_Value(m1, m2, hue - 85);

@@ -2,7 +2,7 @@
 // the same. The modes take three quarters of the time with it.
 #pragma once
 
-#include "blend/division.h"
+#include "blend/colour_spaces.h"
 
 namespace ombrix {
 
@@ -13,12 +13,7 @@ void HslToRgbInLoops(int* first, int* second, int* third) {
     const int hue = *first;
     const int lightness = *second;
     const int saturation = *third;
-    const bool isDark = lightness <= 127;
-    const int ofDark = (saturation + 255) * lightness;
-    const double ofBright = (lightness + saturation) - Division::Divide(saturation * lightness, 255.0, 1.0 / 255.0);
-    const double m2 =
-        Division::Divide(isDark ? ofDark : ofBright, isDark ? 65025.0 : 255.0, isDark ? 1.0 / 65025.0 : 1.0 / 255.0);
-    const double m1 = Division::Divide(lightness, 127.5, 1.0 / 127.5) - m2;
+    const auto [m1, m2] = EndsOf<Division>(lightness, saturation);
 
     const int thirds = hue < 85 ? 0 : hue < 170 ? 1 : hue < 255 ? 2 : 3;
     const int place = hue - 85 * thirds;  // of the channel that is the first to rise

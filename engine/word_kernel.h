@@ -52,15 +52,24 @@ void PrefetchBehind(const WordPixels& pixels) {
     }
 }
 
-/// Calls `process(run)` for runs of so many pixels, one after the other, and for what remains.
+/// Calls `process(run, first)` for runs of so many pixels, which begin with the pixel `first`. Returns how many pixels
+/// those are; fewer than a run remain.
 template <Roles roles, std::int64_t length, class Process>
-void ForEachRun(const WordPixels& pixels, const Process& process) {
+std::int64_t ForEachFullRun(const WordPixels& pixels, const Process& process) {
     const std::int64_t whole = pixels.count / length * length;
     for (std::int64_t first = 0; first < whole; first += length) {
         const WordPixels run = PartOf<roles>(pixels, first, length);
         PrefetchBehind<roles>(run);
-        process(run);
+        process(run, first);
     }
+    return whole;
+}
+
+/// Calls `process(run)` for runs of so many pixels, and for what remains.
+template <Roles roles, std::int64_t length, class Process>
+void ForEachRun(const WordPixels& pixels, const Process& process) {
+    const std::int64_t whole =
+        ForEachFullRun<roles, length>(pixels, [&process](const WordPixels& run, std::int64_t) { process(run); });
     if (whole != pixels.count) process(PartOf<roles>(pixels, whole, pixels.count - whole));
 }
 
@@ -106,16 +115,10 @@ class LastPixels {
     std::uint8_t result_[4 * length];
 };
 
-/// Calls `process(run, first)` for runs of so many pixels, which begin with the pixel `first`; what remains at the end
-/// is made as long.
+/// Calls `process(run, first)` for runs of so many pixels; what remains is made as long.
 template <Roles roles, std::int64_t length, class Process>
 void ForEachWholeRun(const WordPixels& pixels, const Process& process) {
-    const std::int64_t whole = pixels.count / length * length;
-    for (std::int64_t first = 0; first < whole; first += length) {
-        const WordPixels run = PartOf<roles>(pixels, first, length);
-        PrefetchBehind<roles>(run);
-        process(run, first);
-    }
+    const std::int64_t whole = ForEachFullRun<roles, length>(pixels, process);
     if (whole == pixels.count) return;
     LastPixels<length> last(PartOf<roles>(pixels, whole, pixels.count - whole));
     process(last.Filled(), whole);

@@ -4,9 +4,9 @@
 // before the one that was called for it has come. There are always as many threads on their way to the line as tasks in
 // it, so that n tasks run at once, whatever they wait for.
 //
-// One mutex guards everything and is held for some instructions at a time only, never while a task runs. A thread posts
-// its task's message and is on its way to the line under one hold of it: whoever has taken the message finds the thread
-// there, so a caller that always runs n tasks at once never causes more than n threads.
+// One mutex guards everything. It is held for some instructions at a time, or while a thread is started, never while a
+// task runs. A thread posts its task's message and is on its way to the line under one hold of it: whoever has taken
+// the message finds the thread there, so a caller that always runs n tasks at once never causes more than n threads.
 #include <pthread.h>
 #include <sched.h>
 #include <signal.h>
