@@ -1,20 +1,22 @@
-// BlendEffect: lays a fill picture over a source and combines the two in one of 24 modes, with an opacity and a mask of
-// the fill.
+// BlendEffect: lays a fill picture over a source in one of 24 modes, with an opacity and a mask of the fill.
 #include <algorithm>
 #include <cmath>
 
 #include "blend/blend_workers.h"
 #include "blend/placement.h"
 #include "engine/destination.h"
-#include "engine/mp_image_filter.h"
+#include "engine/locked_pixels.h"
 #include "engine/parameter_head.h"
-#include "engine/pixel_buffer.h"
-#include "frame/definition_rows.h"
-#include "frame/host_calls.h"
-#include "frame/host_reference.h"
-#include "frame/registered_classes.h"
+#include "engine/run_workers.h"
+#include "sdk/definition_rows.h"
+#include "sdk/host_calls.h"
+#include "sdk/host_reference.h"
+#include "sdk/mp_image_filter.h"
 
 namespace ombrix {
+
+extern REALclassDefinition BlendEffectClass;
+
 namespace {
 
 struct BlendEffectData {
@@ -27,7 +29,7 @@ struct BlendEffectData {
 };
 static_assert(sizeof(BlendEffectData) == 48);
 
-/// Tasks when the program leaves the number open: blending reads two pictures and computes more than other effects.
+/// Tasks when the program leaves the number open: blending reads two pictures and computes more.
 constexpr std::int32_t kAutoTaskCount = 3;
 
 BlendEffectData* DataOf(REALobjectStruct* self) {
@@ -40,10 +42,10 @@ std::int64_t Coordinate(REALobjectStruct* point, const char* name, std::int64_t 
     return point && REALGetPropValueInteger(point, name, &value) ? value : otherwise;
 }
 
-/// 0.0 to 1.0; what is not a number counts as 1.0.
+/// Clamps to 0.0 to 1.0; NaN counts as 1.0.
 double UsableOpacity(double opacity) { return std::isnan(opacity) ? 1.0 : std::clamp(opacity, 0.0, 1.0); }
 
-/// Whether a mask of the fill has a pixel for every one of the fill's that is used.
+/// Whether the fill mask has a pixel for each of the fill's that is used.
 bool Covers(const LockedPixels& mask, const CoveredRegion& region) {
     return region.Empty() || (mask.Width() >= region.clippedLeft + (region.right - region.left) &&
                               mask.Height() >= region.bottom - region.originY);
@@ -61,16 +63,11 @@ void SetPlace(BlendParams& params, const CoveredRegion& region, const LockedPixe
     params.fillBytesPerPixel = fill.BytesPerPixel();
 }
 
-/// The workers of a mode, with and without a fill mask.
-struct BlendWorkers {
-    RowWorker unmasked;
-    RowWorker masked;
-};
-
-BlendWorkers SetMode(BlendParams& params, std::int32_t mode, double opacity) {
+/// Sets what depends on mode and opacity; returns the workers.
+EffectWorkers SetMode(BlendParams& params, std::int32_t mode, double opacity) {
     params.sourceWeight = static_cast<std::int32_t>((1.0 - opacity) * 256.0);
     params.fillWeight = static_cast<std::int32_t>(256.0 * opacity);
-    params.loop = FindBlendLoop(mode);
+    params.loops = &FindModeLoops(mode);
     params.blendProc = nullptr;
     if (mode == kNormalMode) return {BlendPart, BlendMaskedPart};
     params.blendProc = FindBlendProc(mode);
@@ -78,58 +75,42 @@ BlendWorkers SetMode(BlendParams& params, std::int32_t mode, double opacity) {
     return {BlendSpecialPart, BlendSpecialMaskedPart};
 }
 
-/// Runs the worker that fits over all rows. False when the fill mask cannot be used; it is unlocked again either way.
-bool Blend(const MPImageFilterData& base, BlendParams& params, const BlendWorkers& workers, const CoveredRegion& region,
-           REALobjectStruct* fillMask) {
-    GenericMPParams* generic = &params.head.generic;
-    if (!fillMask) {
-        base.Execute(generic, workers.unmasked, kAutoTaskCount);
-        return true;
-    }
-    const LockedPixels mask(fillMask);
-    if (!mask.Usable() || !Covers(mask, region)) return false;
-    FillMaskHead(params.head, mask);
-    params.maskXOffset = mask.BytesPerPixel() * region.clippedLeft;
-    base.Execute(generic, workers.masked, kAutoTaskCount);
-    return true;
-}
-
-/// `Apply` with all arguments. The error code is set on failure only: after a success it still tells of the failure
-/// before.
+/// The method Apply with all arguments; not the driver's ApplyEffect, which blending does not go through. Sets the
+/// error code only when it fails: a success leaves that of an earlier failure.
 REALobjectStruct* ApplyEffect(REALobjectStruct* self, REALobjectStruct* source, REALobjectStruct* fillPicture,
                               double opacity, REALobjectStruct* fillMask, REALobjectStruct* location,
                               REALobjectStruct* size) {
     BlendEffectData* data = DataOf(self);
     MPImageFilterData* base = BaseDataOf(data);
-    const auto fail = [base](ErrorCode code) {
-        base->ErrorCode = code;
-        return nullptr;
-    };
-    if (!source || !fillPicture) return fail(INVALID_SOURCE_IMAGE);
+    if (!source || !fillPicture) return Fail(base, INVALID_SOURCE_IMAGE);
     const std::int64_t x = Coordinate(location, "x", 0);
     const std::int64_t y = Coordinate(location, "y", 0);
 
     LockedPixels below(source);
     LockedPixels fill(fillPicture);
-    if (!below.Usable() || !fill.Usable()) return fail(INVALID_SOURCE_IMAGE);
+    if (!below.Usable() || !fill.Usable()) return Fail(base, INVALID_SOURCE_IMAGE);
     Destination destination(below);
-    if (!destination) return fail(UNABLE_TO_CREATE_DESTINATION);
+    if (!destination) return Fail(base, UNABLE_TO_CREATE_DESTINATION);
 
     const Extent used{Coordinate(size, "x", fill.Width()), Coordinate(size, "y", fill.Height())};
     const CoveredRegion region = PlaceFill(x, y, used, {fill.Width(), fill.Height()}, {below.Width(), below.Height()});
     BlendParams params;
     FillHead(params.head, *base, below, destination.Pixels());
     SetPlace(params, region, fill);
-    const BlendWorkers workers = SetMode(params, data->blendMode, UsableOpacity(opacity));
-    const bool blended = Blend(*base, params, workers, region, fillMask);
+    const EffectWorkers workers = SetMode(params, data->blendMode, UsableOpacity(opacity));
+    const ErrorCode outcome =
+        RunWorkers(*base, params.head, workers, fillMask, kAutoTaskCount, [&](const LockedPixels& mask) {
+            params.maskXOffset = mask.BytesPerPixel() * region.clippedLeft;
+            return Covers(mask, region);
+        });
 
     fill.Unlock();
     below.Unlock();
-    return blended ? destination.Finish() : fail(INVALID_MASK);
+    return outcome == NO_ERROR ? destination.Finish() : Fail(base, outcome);
 }
 
-/// `Apply` of IGraphicsEffect: the properties are the arguments. They are kept for the call, since a progress report
-/// may make the program set others.
+/// The method Apply of IGraphicsEffect, which takes its arguments from the properties. It holds the objects, since a
+/// progress report may run a program that sets others.
 REALobjectStruct* ApplyEffect2(REALobjectStruct* self, REALobjectStruct* source) {
     const BlendEffectData data = *DataOf(self);
     const HostReference fillPicture = HostReference::Share(data.fillPicture);
@@ -141,7 +122,7 @@ REALobjectStruct* ApplyEffect2(REALobjectStruct* self, REALobjectStruct* source)
 
 std::int64_t GetBlendMode(REALobjectStruct* self, std::int64_t /*parameter*/) { return DataOf(self)->blendMode; }
 
-/// Takes any value: what is not a mode blends as multiply, and reads back as it was given.
+/// Accepts any value: what is not a mode blends as multiply and reads back unchanged.
 void SetBlendMode(REALobjectStruct* self, std::int64_t /*parameter*/, std::int64_t value) {
     DataOf(self)->blendMode = static_cast<std::int32_t>(value);
     if (value != kNormalMode && !BlendHandlers[0]) FillBlendHandlers();

@@ -1,16 +1,17 @@
 #include "blend/blend_procs.h"
 
-#include "blend/formulas.h"
+#include "blend/modes.h"
+#include "sdk/process_state.h"
 
 namespace ombrix {
 namespace {
 
 Rgb<int> ReadColour(const std::uint8_t* pixel) { return {pixel[RED_PIX], pixel[GREEN_PIX], pixel[BLUE_PIX]}; }
 
-template <class Formula>
+template <class Mode>
 void BlendPixel(const std::uint8_t* source, const std::uint8_t* fill, std::uint8_t* result) {
     const std::uint8_t fourth = source[NULL_PIX];
-    const Rgb<int> blended = Formula()(ReadColour(source), ReadColour(fill));
+    const Rgb<int> blended = Apply(Mode(), ReadColour(source), ReadColour(fill));
     result[RED_PIX] = static_cast<std::uint8_t>(blended.red);
     result[GREEN_PIX] = static_cast<std::uint8_t>(blended.green);
     result[BLUE_PIX] = static_cast<std::uint8_t>(blended.blue);
@@ -19,9 +20,9 @@ void BlendPixel(const std::uint8_t* source, const std::uint8_t* fill, std::uint8
 
 }  // namespace
 
-#define OMBRIX_DEFINE(name, formula)                                                                     \
-    void Blend##name##Proc(const std::uint8_t* source, const std::uint8_t* fill, std::uint8_t* result) { \
-        BlendPixel<formula>(source, fill, result);                                                       \
+#define OMBRIX_DEFINE(mode)                                                                              \
+    void Blend##mode##Proc(const std::uint8_t* source, const std::uint8_t* fill, std::uint8_t* result) { \
+        BlendPixel<mode>(source, fill, result);                                                          \
     }
 OMBRIX_BLEND_MODES(OMBRIX_DEFINE)
 #undef OMBRIX_DEFINE
@@ -29,7 +30,7 @@ OMBRIX_BLEND_MODES(OMBRIX_DEFINE)
 std::array<BlendProc, kBlendProcCount> BlendHandlers{};
 
 void FillBlendHandlers() {
-#define OMBRIX_ENTRY(name, formula) Blend##name##Proc,
+#define OMBRIX_ENTRY(mode) Blend##mode##Proc,
     BlendHandlers = {OMBRIX_BLEND_MODES(OMBRIX_ENTRY)};
 #undef OMBRIX_ENTRY
 }

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "blend/blend_procs.h"
-#include "engine/effect_params.h"
-#include "engine/word_pixels.h"
+#include "blend/loops.h"
+#include "sdk/effect_params.h"
 
 namespace ombrix {
 
@@ -23,8 +23,8 @@ struct BlendParams {
     std::int64_t fillBytesPerPixel;
     std::int64_t sourceWeight;  ///< in an opacity mix, 0 to 256
     std::int64_t fillWeight;    ///< likewise; the two may sum to 255
-    BlendProc blendProc;        ///< null in mode normal; the loop does the same for many pixels
-    WordLoop loop;              ///< the mode's, for pixels of four bytes
+    BlendProc blendProc;        ///< null in mode normal; the loops do the same for many pixels
+    const ModeLoops* loops;     ///< the mode's
 };
 static_assert(offsetof(BlendParams, fillXOffset) == 80 && offsetof(BlendParams, fillOriginY) == 88 &&
               offsetof(BlendParams, maskXOffset) == 96 && offsetof(BlendParams, regionLeft) == 104 &&
@@ -34,8 +34,8 @@ static_assert(offsetof(BlendParams, fillXOffset) == 80 && offsetof(BlendParams, 
               offsetof(BlendParams, sourceWeight) == 160 && offsetof(BlendParams, fillWeight) == 168 &&
               offsetof(BlendParams, blendProc) == 176);
 
-/// The loop of a mode, any number included, before opacity and mask.
-WordLoop FindBlendLoop(std::int32_t mode);
+/// The loops of a mode, whatever the number.
+const ModeLoops& FindModeLoops(std::int32_t mode);
 
 /// Mode normal: the opacity decides, with and without a fill mask.
 std::int32_t BlendPart(MPParamBlock* band);

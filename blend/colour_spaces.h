@@ -1,85 +1,162 @@
-// Between red, green, blue and hue, lightness, saturation, all on scales from 0 to 255. The hue circle is 255 units
-// long: 42.5 units to a sixth, 85 to a third.
-//
-// Written without branches, so that loops over pixels become vector code, and choosing what to divide instead of the
-// quotient, since divisions are most of the work.
+// Between red, green, blue and hue, lightness, saturation, all from 0 to 255. The hue circle is 255 units long: 42.5 to
+// a sixth, 85 to a third.
 #pragma once
 
-#include <algorithm>
+#include <cstdint>
 
-#include "blend/division.h"
+#include "pixels/colour.h"
+#include "pixels/doubles.h"
+#include "pixels/numbers.h"
 
 namespace ombrix {
+inline namespace OMBRIX_LEVEL {
 
-/// In place: red, green and blue become hue, lightness and saturation, in this order, truncated. A grey of value v has
-/// hue 0, lightness v and saturation 0.
-template <class Division = PlainDivision>
-void Convert_RGB_To_HSL(int* first, int* second, int* third) {
-    const int red = *first;
-    const int green = *second;
-    const int blue = *third;
-    const int highest = std::max(std::max(red, green), blue);
-    const int lowest = std::min(std::min(red, green), blue);
-    const int sum = highest + lowest;
-    const bool isGrey = highest == lowest;
-    const int delta = isGrey ? 1 : highest - lowest;
+/// A colour as hue, lightness and saturation, 0 to 255 each.
+template <class V>
+struct Hls {
+    V hue;
+    V lightness;
+    V saturation;
+};
 
-    // 511 and not 510: it keeps the divisor of near-white colours above 0, at the price of a saturation that falls
-    // a little short.
-    const int saturation = Quotient(255 * delta, sum < 256 ? std::max(sum, 1) : 511 - sum);
+// ---- There ------------------------------------------------------------------------------------------------------
 
-    const bool isRed = red == highest;
-    const bool isGreen = green == highest;
-    const int difference = isRed ? green - blue : isGreen ? blue - red : red - green;
-    const int sector = isRed ? 0 : isGreen ? 2 : 4;
-    const int turn = difference < 0 ? (isRed ? 255 : 0) : 0;
-    const double hue = (sector + Division::Ratio(difference, delta)) * 42.5 + turn;
-
-    *first = isGrey ? 0 : static_cast<int>(hue);
-    *second = sum / 2;
-    *third = isGrey ? 0 : saturation;
+/// The hue at `difference / delta` sixths, from -1 to 1, beside the given sixth. Truncated.
+constexpr int HueOf(int sixth, int difference, int delta) {
+    const double hue = (sixth + static_cast<double>(difference) / delta) * 42.5;
+    return static_cast<int>(hue < 0.0 ? hue + 255.0 : hue);
 }
 
-/// One channel, 0 to 255 and truncated, of the colour whose lowest and highest channels are m1 and m2 (0.0 to 1.0), at
-/// a hue that may lie one third outside of the circle.
-template <class Division = PlainDivision>
-int HLS_Value(double m1, double m2, int hue) {
-    hue = hue > 255 ? hue - 255 : hue < 0 ? hue + 255 : hue;
-    const double rise = (m2 - m1) * (hue < 43 ? hue : 170 - hue);
-    const double slope = m1 + rise / 42.5;
-    const double value = hue < 43 ? slope : hue < 128 ? m2 : hue < 170 ? slope : m1;
+/// A bit for each whole hue that double precision computes one too low.
+struct FallenHues {
+    std::uint32_t bits[8]{};
+
+    constexpr FallenHues() {
+        for (int hue = 0; hue < 255; ++hue) {
+            const int sixth = hue < 43 || hue > 212 ? 0 : hue < 128 ? 2 : 4;
+            const int beside = 2 * (hue > 212 ? hue - 255 : hue) - 85 * sixth;  // in units of a sixth / 85
+            if (HueOf(sixth, beside, 85) < hue) bits[hue / 32] |= 1u << hue % 32;
+        }
+    }
+};
+constexpr FallenHues kFallenHues;
+
+/// In whole numbers. Whether a whole hue comes out too low depends on that hue alone.
+inline I32 HueOf(I32 sixth, I32 difference, I32 delta) {
+    const I32 turned = 85 * (Product(sixth, delta) + difference);
+    const I32 dividend = turned < 0 ? turned + 510 * delta : turned;
+    const I32 hue = Quotient(dividend, I32(2 * delta));
+    const I32 isWhole = Product(hue, 2 * delta) == dividend;
+    return hue - (isWhole & BitsOf(kFallenHues.bits, hue));
+}
+
+/// Truncated. A grey of value v has hue 0, lightness v and saturation 0.
+template <class V>
+inline Hls<V> ToHls(Rgb<V> colour) {
+    const V highest = Max(Max(colour.red, colour.green), colour.blue);
+    const V lowest = Min(Min(colour.red, colour.green), colour.blue);
+    const V sum = highest + lowest;
+    const auto isGrey = highest == lowest;
+    const V delta = isGrey ? Same<V>(1) : highest - lowest;
+
+    // 511 and not 510: it keeps the divisor of near-white colours above 0, at the price of a saturation that falls a
+    // little short.
+    const V saturation = Quotient(V(255 * delta), V(sum < 256 ? Max(sum, 1) : 511 - sum));
+
+    const auto isRed = colour.red == highest;
+    const auto isGreen = colour.green == highest;
+    const V beside = isGreen ? colour.blue - colour.red : colour.red - colour.green;
+    const V difference = isRed ? colour.green - colour.blue : beside;
+    const V sixth = isRed ? Same<V>(0) : V(isGreen ? Same<V>(2) : Same<V>(4));
+    const V hue = HueOf(sixth, difference, delta);
+    return {isGrey ? Same<V>(0) : hue, sum >> 1, isGrey ? Same<V>(0) : saturation};
+}
+
+// ---- And back ---------------------------------------------------------------------------------------------------
+
+/// The lowest and the highest channel of a colour, 0.0 to 1.0.
+template <class D>
+struct ChannelEnds {
+    D m1;
+    D m2;
+};
+
+template <class V>
+inline auto EndsOf(V lightness, V saturation) {
+    constexpr Divisor by255(255.0);
+    constexpr Divisor by65025(65025.0);
+    constexpr Divisor by127(127.5);
+    const auto l = ToDoubles(lightness);
+    const auto s = ToDoubles(saturation);
+    const auto m2 = WhereBelow(l, 128.0, (s + 255.0) * l / by65025, (l + s - s * l / by255) / by255);
+    return ChannelEnds<decltype(m2 + m2)>{l / by127 - m2, m2};
+}
+
+/// One channel, 0 to 255 and truncated, of the colour whose lowest and highest channels are m1 and m2, at a hue that
+/// may lie one third outside of the circle.
+inline int HLS_Value(double m1, double m2, double hue) {
+    hue = hue > 255.0 ? hue - 255.0 : hue < 0.0 ? hue + 255.0 : hue;
+    const double value = hue < 42.5    ? m1 + (m2 - m1) * hue / 42.5
+                         : hue < 127.5 ? m2
+                         : hue < 170.0 ? m1 + (m2 - m1) * (170.0 - hue) / 42.5
+                                       : m1;
     return static_cast<int>(value * 255.0);
 }
 
-/// The lowest and the highest channel of a colour, 0.0 to 1.0, by its lightness and saturation.
-struct ChannelEnds {
-    double m1;
-    double m2;
-};
-
-template <class Division = PlainDivision>
-ChannelEnds EndsOf(int lightness, int saturation) {
-    const bool isDark = lightness <= 127;
-    const int ofDark = (saturation + 255) * lightness;
-    const double ofBright = (lightness + saturation) - Division::Divide(saturation * lightness, 255.0, 1.0 / 255.0);
-    const double m2 =
-        Division::Divide(isDark ? ofDark : ofBright, isDark ? 65025.0 : 255.0, isDark ? 1.0 / 65025.0 : 1.0 / 255.0);
-    return {Division::Divide(lightness, 127.5, 1.0 / 127.5) - m2, m2};
-}
-
-/// In place, the inverse: hue, lightness and saturation become red, green and blue. Truncation on the way loses up to
-/// a few units; greys come back exactly.
-inline void Convert_HSL_To_RGB(int* first, int* second, int* third) {
-    const int hue = *first;
-    const int lightness = *second;
-    const int saturation = *third;
+/// Truncation on the way loses up to a few units; greys come back exactly.
+inline Rgb<int> ToRgb(Hls<int> colour) {
+    const auto [hue, lightness, saturation] = colour;
+    if (saturation == 0) return {lightness, lightness, lightness};
     const auto [m1, m2] = EndsOf(lightness, saturation);
-    const int red = HLS_Value(m1, m2, hue + 85);
-    const int green = HLS_Value(m1, m2, hue);
-    const int blue = HLS_Value(m1, m2, hue - 85);
-    *first = saturation == 0 ? lightness : red;
-    *second = saturation == 0 ? lightness : green;
-    *third = saturation == 0 ? lightness : blue;
+    return {HLS_Value(m1, m2, hue + 85.0), HLS_Value(m1, m2, hue), HLS_Value(m1, m2, hue - 85.0)};
 }
 
+/// The same with one slope in place of three. The places of the channels on the circle are a third apart, so one of
+/// them is as high as can be, one as low, and one between. The modes take three quarters of the time with it.
+inline Rgb<I32> ToRgb(Hls<I32> colour) {
+    constexpr Divisor bySixth(42.5);
+    const auto [hue, lightness, saturation] = colour;
+    const auto [m1, m2] = EndsOf(lightness, saturation);
+    const I32 isFirst = hue < 85;
+    const I32 isSecond = hue < 170;
+    const I32 isThird = hue < 255;
+    const I32 place = hue - (isFirst ? I32{} : isSecond ? 85 + I32{} : isThird ? 170 + I32{} : 255 + I32{});
+    const I32 isRising = place < 43;
+    const auto slope = m1 + (m2 - m1) * ToDoubles(I32(isRising ? place : 85 - place)) / bySixth;
+
+    const I32 isGrey = saturation == 0;
+    const I32 between = ToInts(slope * 255.0);
+    const I32 highest = ToInts(m2 * 255.0);
+    const I32 low = isGrey ? lightness : ToInts(m1 * 255.0);
+    const I32 rising = isGrey ? lightness : isRising ? between : highest;
+    const I32 falling = isGrey ? lightness : isRising ? highest : between;
+    // The circle begins again at 255.
+    const I32 middle = ~isFirst & isSecond;
+    const I32 last = ~isSecond & isThird;
+    return {middle ? low
+            : last ? rising
+                   : falling,
+            middle ? falling
+            : last ? low
+                   : rising,
+            middle ? rising
+            : last ? falling
+                   : low};
+}
+
+/// In place: red, green and blue become hue, lightness and saturation, in this order; and the inverse.
+inline void Convert_RGB_To_HSL(int* first, int* second, int* third) {
+    const Hls<int> colour = ToHls<int>({*first, *second, *third});
+    *first = colour.hue;
+    *second = colour.lightness;
+    *third = colour.saturation;
+}
+inline void Convert_HSL_To_RGB(int* first, int* second, int* third) {
+    const Rgb<int> colour = ToRgb(Hls<int>{*first, *second, *third});
+    *first = colour.red;
+    *second = colour.green;
+    *third = colour.blue;
+}
+
+}  // namespace OMBRIX_LEVEL
 }  // namespace ombrix

@@ -1,4 +1,4 @@
-// What the command says on standard error while it works: notes, and a progress line on terminals.
+// Notes and a progress line, on standard error.
 #pragma once
 
 #include <chrono>
@@ -10,9 +10,8 @@
 
 namespace ombrix::cli {
 
-/// The progress line names the stage that is at work and, as far as that stage reports, how much of it is done. It
-/// shows only when standard error is a terminal and the work has taken long enough to be noticed, and is wiped out
-/// before anything else is written.
+/// The progress line names the current stage and how much of it is done. It appears on terminals, once the work has
+/// taken long enough to be noticed, and is wiped before anything else is written.
 class Console {
   public:
     explicit Console(bool quiet);
@@ -20,13 +19,13 @@ class Console {
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
 
-    /// One sentence about something that was done differently from what one might expect. Silent when quiet.
+    /// Says in one sentence what was done otherwise than expected. Silent when quiet.
     void Note(const std::string& sentence);
 
     bool ShowsProgress() const { return showsProgress_; }
-    /// Begins a stage, such as "SepiaEffect" or "writing out.png"; the one before it ends.
+    /// Ends the current stage and begins one such as "SepiaEffect" or "writing out.png".
     void BeginStage(std::string label);
-    /// What is done of the stage, in units of its own.
+    /// In units of the stage's own.
     void Report(std::int64_t done, std::int64_t total);
 
   private:
@@ -44,7 +43,7 @@ class Console {
     std::string label_;
     std::int64_t done_ = 0;
     std::int64_t total_ = 0;
-    std::thread drawer_;  // last: it uses all of the above
+    std::thread drawer_;  // last, since it uses all of the above
 };
 
 }  // namespace ombrix::cli

@@ -2,17 +2,16 @@
 
 #include "cli/failure.h"
 #include "cli/reflection.h"
-#include "cli/text.h"
-#include "host/text.h"
+#include "text/phrases.h"
 
 namespace ombrix::cli {
 
 namespace {
 
-/// How many cores an object may use: 0 leaves it the choice, -1 is all.
+/// 0: the effect chooses; -1: all.
 constexpr std::string_view kCoresProperty = "MultiprocessingHint";
 
-/// Only where the reports are shown: an effect with a handler may work in smaller bands.
+/// Only for a progress line that shows: an effect with a handler may work in smaller bands.
 void SetProgressHandler(Session& session, const host::ClassInfo& type, const host::Object& object) {
     if (!session.console.ShowsProgress()) return;
     if (const host::PropertyInfo* property = FindProgressProperty(session.host, type)) {
@@ -23,10 +22,10 @@ void SetProgressHandler(Session& session, const host::ClassInfo& type, const hos
 }
 
 PlannedSetting PlanProperty(Session& session, const host::ClassInfo& type, const Setting& setting) {
-    const host::PropertyInfo* property = FindProperty(session.host, type, setting.name);
+    const host::PropertyInfo* property = session.host.FindProperty(type.name, setting.name);
     if (!property) {
         throw UsageError(type.name + " has no property " + setting.name + "; it has " +
-                         Listed(SettableProperties(session.host, type)));
+                         text::Listed(SettableProperties(session.host, type)));
     }
     const std::string name = type.name + "." + property->name;
     if (property->readOnly) throw UsageError(name + " can be read only, not set");
@@ -56,19 +55,8 @@ std::vector<PlannedSetting> PlanProperties(Session& session, const host::ClassIn
     return planned;
 }
 
-void RefuseTwice(const std::vector<Setting>& settings) {
-    for (const Setting& setting : settings) {
-        for (const Setting& other : settings) {
-            if (&other == &setting) break;
-            if (host::SameName(setting.name, other.name)) {
-                throw UsageError(setting.name + " is given twice, as " + other.AsGiven() + " and " + setting.AsGiven());
-            }
-        }
-    }
-}
-
 void SetCores(const Session& session, const host::ClassInfo& type, const host::Object& object) {
-    if (session.options.cores && FindProperty(session.host, type, kCoresProperty)) {
+    if (session.options.cores && session.host.FindProperty(type.name, kCoresProperty)) {
         object.Set(kCoresProperty, *session.options.cores);
     }
 }

@@ -1,4 +1,4 @@
-// The help texts: examples first, then the order of the words, then the options.
+// Help texts: examples first, then the usage, then the options.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -7,19 +7,13 @@
 
 namespace ombrix::cli {
 
-/// What is shown about a command, or about the program as a whole.
+/// Of a command, or of the program.
 struct HelpText {
-    const char* about;  ///< what it is for, and examples
-    const char* usage;  ///< the order of the words
+    const char* about;  ///< purpose and examples
+    const char* usage;
 };
 
-extern const HelpText kProgramHelp;
-extern const HelpText kApplyHelp;
-extern const HelpText kCallHelp;
-extern const HelpText kListHelp;
-extern const HelpText kGalleryHelp;
-
-/// Lays out the help of a command; the help of one that belongs to another shows that one's options too.
+/// Lays out the help. A command's shows the program's options too.
 std::shared_ptr<CLI::Formatter> HelpLayout(const HelpText& text);
 
 }  // namespace ombrix::cli

@@ -1,4 +1,4 @@
-// The command ombrix: image effects of the loaded plug-ins, from image files to image files.
+// The command ombrix.
 
 #include <cstdio>
 #include <exception>
@@ -6,12 +6,13 @@
 #include <new>
 #include <vips/vips8>
 
-#include "cli/arguments.h"
+#include "cli/command_line.h"
 #include "cli/failure.h"
-#include "cli/image_reader.h"
-#include "cli/output_file.h"
+#include "cli/images/image_reader.h"
+#include "cli/images/output_file.h"
+#include "cli/plugins.h"
 #include "cli/session.h"
-#include "cli/text.h"
+#include "text/phrases.h"
 
 namespace ombrix::cli {
 
@@ -21,14 +22,14 @@ constexpr int kDone = 0;
 constexpr int kWorkFailed = 1;
 constexpr int kWrongCommandLine = 2;
 
-/// libvips for as long as this scope is.
+/// libvips, for the time of its scope.
 class ImageLibrary {
   public:
     explicit ImageLibrary(const char* program) {
         if (VIPS_INIT(program) != 0) throw WorkError("the image library does not start: " + TakeLibraryMessage());
-        // Nothing is done twice here, so keeping results would only keep pixels alive.
+        // No operation is repeated, so cached results would only hold on to pixels.
         vips_cache_set_max(0);
-        // Its warnings are about the insides of files. What matters of them, the command says itself.
+        // The command itself says what matters of libvips' warnings.
         g_log_set_default_handler([](const char*, GLogLevelFlags, const char*, void*) {}, nullptr);
     }
     ~ImageLibrary() { vips_shutdown(); }
@@ -36,32 +37,25 @@ class ImageLibrary {
     ImageLibrary& operator=(const ImageLibrary&) = delete;
 };
 
-void Run(const char* program, const Arguments& arguments) {
+void Run(const char* program, const CommandLine& line) {
     const ImageLibrary library(program);
     host::Host host;
-    LoadPlugins(host, arguments.options);
-    Console console(arguments.options.quiet);
-    Session session{host, arguments.options, console};
-    struct {
-        Session& session;
-        void operator()(const ApplyCommand& command) const { Apply(session, command); }
-        void operator()(const CallCommand& command) const { Call(session, command); }
-        void operator()(const ListCommand& command) const { List(session, command); }
-        void operator()(const GalleryCommand& command) const { Gallery(session, command); }
-    } const run{session};
-    std::visit(run, arguments.command);
+    LoadPlugins(host, line.options);
+    Console console(line.options.quiet);
+    Session session{host, line.options, console};
+    line.command->Run(session);
     if (!std::cout.flush()) throw WorkError("standard output cannot be written");
 }
 
 int Report(const std::string& sentence, int status) {
-    std::fprintf(stderr, "ombrix: %s\n", OnOneLine(sentence).c_str());
+    std::fprintf(stderr, "ombrix: %s\n", text::OnOneLine(sentence).c_str());
     return status;
 }
 
 int Main(int count, const char* const* words) {
     try {
         RemoveUnfinishedFileOnSignals();
-        if (const auto arguments = ParseArguments(count, words)) Run(words[0], *arguments);
+        if (const auto line = ReadCommandLine(count, words)) Run(words[0], *line);
         return kDone;
     } catch (const UsageError& wrong) {
         return Report(wrong.what(), kWrongCommandLine);

@@ -1,4 +1,4 @@
-// What an effect says about its last call, in words.
+// Tells why an effect failed.
 #pragma once
 
 #include <string>
@@ -9,18 +9,21 @@
 
 namespace ombrix::cli {
 
-/// One call on an object, for telling how it went.
+/// Why a mask cannot be used on a picture, in a sentence that names its file; empty when it is large enough.
+std::string ObjectionToMask(const std::string& file, const host::Picture& mask, const host::Picture& source);
+
+/// A call on an object.
 struct CallRecord {
     const host::ClassInfo& type;
     const host::Object& object;
-    host::Picture source;                         ///< the picture that it worked on; may be nil
-    const std::vector<PlannedSetting>& settings;  ///< properties and arguments that were given
-    const std::vector<GivenPicture>& pictures;    ///< those of the settings that are pictures
-    bool byProperties = true;                     ///< the call goes by the object's properties, not by arguments
+    host::Picture source;  ///< nil when it was given none
+    const std::vector<PlannedSetting>& settings;
+    const std::vector<GivenPicture>& pictures;  ///< of the settings
+    bool byProperties = true;                   ///< false when arguments replace the properties
 };
 
-/// A WorkError when the object's error code says that its last call failed: what failed, the code's name in the
-/// registered constants, what was given and, where it can be found out, what would have worked.
+/// A WorkError when the object's ErrorCode is not 0. It names the code, what was given and, where that can be found
+/// out, what would have worked.
 void CheckErrorCode(Session& session, const CallRecord& call);
 
 }  // namespace ombrix::cli

@@ -1,8 +1,9 @@
+#include "cli/plugins.h"
+
 #include <string>
 #include <system_error>
 
 #include "cli/failure.h"
-#include "cli/session.h"
 
 namespace ombrix::cli {
 
@@ -10,7 +11,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The standard plug-in's file: built, it lies next to the command; installed, in a library folder beside it.
+/// Beside the command as built, in a library folder as installed.
 fs::path StandardPlugin() {
     std::error_code error;
     const fs::path folder = fs::read_symlink("/proc/self/exe", error).parent_path();
@@ -29,7 +30,7 @@ void LoadPlugins(host::Host& host, const Options& options) {
     host.Load(StandardPlugin());
     for (const fs::path& plugin : options.plugins) {
         if (!fs::exists(plugin)) throw WorkError("there is no plug-in file " + plugin.string());
-        // A bare name would be looked for in the system's library folders.
+        // A bare name would be looked up among the system's libraries.
         host.Load(fs::absolute(plugin));
     }
 }

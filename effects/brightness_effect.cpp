@@ -1,9 +1,12 @@
 // BrightnessEffect: makes a picture lighter or darker by one amount in all channels.
 #include "effects/channel_shift.h"
 #include "effects/value_effect.h"
-#include "engine/effect_walk.h"
+#include "effects/workers.h"
 
 namespace ombrix {
+
+extern REALclassDefinition BrightnessEffectClass;
+
 namespace {
 
 struct BrightnessParams {
@@ -12,21 +15,20 @@ struct BrightnessParams {
 };
 static_assert(offsetof(BrightnessParams, value) == 80);
 
-ChannelShift FormulaOf(const BrightnessParams& params) { return {{params.value, params.value, params.value}}; }
+ChannelShift FormulaOf(const BrightnessParams& params) {
+    return ChannelShift({params.value, params.value, params.value});
+}
 
-std::int32_t BrightnessPart(MPParamBlock* band) { return WalkBand<BrightnessParams>(band, FormulaOf); }
-
-std::int32_t BrightnessMaskPart(MPParamBlock* band) { return WalkMaskedBand<BrightnessParams>(band, FormulaOf); }
+constexpr RowWorker BrightnessPart = kWorker<FormulaOf>;
+constexpr RowWorker BrightnessMaskPart = kMaskedWorker<FormulaOf>;
 
 struct Brightness {
-    using Data = ValueData;
     using Params = BrightnessParams;
+    static constexpr std::int64_t least = -255;
+    static constexpr std::int64_t most = 255;
+    static constexpr EffectWorkers workers{BrightnessPart, BrightnessMaskPart};
 
-    static std::optional<EffectWorkers> Prepare(Params& params, std::int64_t value) {
-        if (!IsChannelOffset(value)) return std::nullopt;
-        params.value = static_cast<std::int32_t>(value);
-        return EffectWorkers{BrightnessPart, BrightnessMaskPart};
-    }
+    static void SetValue(Params& params, std::int32_t value) { params.value = value; }
 };
 
 using Class = ValueEffectClass<Brightness, BrightnessEffectClass>;

@@ -1,9 +1,12 @@
 // ColorFilterEffect: shifts red, green and blue, each by an offset of its own.
 #include "effects/channel_shift.h"
 #include "effects/effect_class.h"
-#include "engine/effect_walk.h"
+#include "effects/workers.h"
 
 namespace ombrix {
+
+extern REALclassDefinition ColorFilterEffectClass;
+
 namespace {
 
 struct ColorFilterParams {
@@ -15,11 +18,15 @@ struct ColorFilterParams {
 static_assert(offsetof(ColorFilterParams, red) == 80 && offsetof(ColorFilterParams, green) == 84 &&
               offsetof(ColorFilterParams, blue) == 88);
 
-ChannelShift FormulaOf(const ColorFilterParams& params) { return {{params.red, params.green, params.blue}}; }
+ChannelShift FormulaOf(const ColorFilterParams& params) {
+    return ChannelShift({params.red, params.green, params.blue});
+}
 
-std::int32_t ColorFilterPart(MPParamBlock* band) { return WalkBand<ColorFilterParams>(band, FormulaOf); }
+constexpr RowWorker ColorFilterPart = kWorker<FormulaOf>;
+constexpr RowWorker ColorFilterMaskedPart = kMaskedWorker<FormulaOf>;
 
-std::int32_t ColorFilterMaskedPart(MPParamBlock* band) { return WalkMaskedBand<ColorFilterParams>(band, FormulaOf); }
+/// The ends turn every value into 0 or 255.
+constexpr bool IsChannelOffset(std::int64_t offset) { return offset >= -255 && offset <= 255; }
 
 struct ColorFilter {
     struct Data {

@@ -1,34 +1,27 @@
-// What every tone or colour effect is to a host, written once: four methods, a constructor and a destructor around the
-// effect's own data, the check of its arguments, and its two row workers.
+// The methods, constructor and destructor that every tone and colour effect has.
 //
 // An effect is a struct with
-//   Data      its instance data: `std::uint8_t ignoreAlpha`, its values, `REALobjectStruct* mask`, with their defaults;
-//   Params    its parameter record: a `StdMPEffectParams head`, then its own fields;
-//   Prepare   (Params&, values…): checks the values, fills the record's own fields and tells the workers to run, or
-//             gives nothing when a value is out of range.
-// effects/color_filter_effect.cpp is the one to read first.
+//   Data      its instance data with defaults: `std::uint8_t ignoreAlpha`, its values, `REALobjectStruct* mask`;
+//   Params    its parameter record: `StdMPEffectParams head`, then its own fields;
+//   Prepare   (Params&, values…): fills the record's own fields and returns the workers; nothing when a value is out of
+//             range.
+// Read effects/color_filter_effect.cpp first.
 #pragma once
 
 #include <array>
 #include <cstdint>
 #include <optional>
 
-#include "engine/mp_image_filter.h"
-#include "frame/definition_rows.h"
-#include "frame/host_calls.h"
-#include "frame/host_reference.h"
-#include "frame/registered_classes.h"
-#include "picture/picture.h"
+#include "engine/pictures.h"
+#include "engine/run_workers.h"
+#include "sdk/definition_rows.h"
+#include "sdk/host_calls.h"
+#include "sdk/host_reference.h"
+#include "sdk/mp_image_filter.h"
 
 namespace ombrix {
 
-/// The workers of one call.
-struct EffectWorkers {
-    RowWorker unmasked;
-    RowWorker masked;
-};
-
-/// The type of a data member, given a pointer to it.
+/// The type of the member that a pointer to member is for.
 template <class Member>
 struct TypeOfMember;
 template <class Data, class Type>
@@ -36,8 +29,8 @@ struct TypeOfMember<Type Data::*> {
     using type = Type;
 };
 
-/// The methods of an effect. `record` is its class record; `values` point to the members of its data that are the
-/// arguments of `Apply` between source and mask, in that order.
+/// An effect's methods. `record` is its class record; `values` are pointers to the members of its data that `Apply`
+/// takes between source and mask, in that order.
 template <class Effect, REALclassDefinition& record, auto... values>
 class EffectClass {
     using Data = typename Effect::Data;
@@ -45,17 +38,19 @@ class EffectClass {
 
     static Data* DataOf(REALobjectStruct* object) { return static_cast<Data*>(REALGetClassData(object, &record)); }
 
-    /// Checks the arguments of a call and fills the effect's part of the record; sets the error code if it refuses.
+    /// Checks a call's arguments and fills the record's own fields, or sets the error code.
     template <class... Values>
     static std::optional<EffectWorkers> Prepare(MPImageFilterData* base, Params& params, REALobjectStruct* source,
                                                 Values... arguments) {
         std::optional<EffectWorkers> workers;
         if (source) workers = Effect::Prepare(params, arguments...);
-        if (!workers) base->ErrorCode = ILLEGAL_INPUT_PARAMETER;
+        if (!workers) Fail(base, ILLEGAL_INPUT_PARAMETER);
         return workers;
     }
 
   public:
+    /// The methods Apply and ApplyInPlace with all arguments. The driver's functions of these names are reached through
+    /// `base`.
     static REALobjectStruct* ApplyEffect(REALobjectStruct* object, REALobjectStruct* source,
                                          typename TypeOfMember<decltype(values)>::type... arguments,
                                          REALobjectStruct* mask) {
@@ -79,8 +74,8 @@ class EffectClass {
         base->ApplyEffectInPlace(base, &params.head, workers->unmasked, workers->masked, source, mask, kToneTaskCount);
     }
 
-    /// The methods of IGraphicsEffect and IGraphicsEffectInPlace: the properties are the arguments. The mask is kept
-    /// for the call, since a progress report may make the program set another.
+    /// The methods of IGraphicsEffect and IGraphicsEffectInPlace, which take their arguments from the properties. They
+    /// hold the mask, since a progress report may run a program that sets another.
     static REALobjectStruct* IEffectApply(REALobjectStruct* object, REALobjectStruct* source) {
         Data* data = DataOf(object);
         const HostReference mask = HostReference::Share(data->mask);
@@ -99,7 +94,7 @@ class EffectClass {
         if (REALobjectStruct* mask = DataOf(object)->mask) EUnlockObject(mask);
     }
 
-    /// The method table: the declarations of the two methods with arguments, and their flags.
+    /// The method table. Takes the declarations and the flags of the two methods with all arguments.
     static std::array<REALmethodDefinition, 4> Methods(const char* apply, const char* applyInPlace,
                                                        std::int64_t flags = 0) {
         return {Method(ApplyEffect, apply, flags), Method(ApplyEffectInPlace, applyInPlace, flags),

@@ -1,32 +1,21 @@
 // GrayscaleEffect: shades of grey, by one of four conversions.
 #include "effects/effect_class.h"
-#include "engine/effect_walk.h"
+#include "effects/workers.h"
 
 namespace ombrix {
+
+extern REALclassDefinition GrayscaleEffectClass;
+
 namespace {
 
 constexpr std::int64_t kNtscPal = 0;
 constexpr std::int64_t kItuR = 1;
 constexpr std::int64_t kAverage = 2;
 
-constexpr Rgb<int> Grey(int value) { return {value, value, value}; }
-
-/// The luma, by either standard's weights.
-struct WeightedSum {
-    LumaWeights weights;
-};
-
 /// The mean of the three channels, truncated.
-struct PlainAverage {
-    Rgb<int> operator()(Rgb<int> source) const { return Grey((source.red + source.green + source.blue) / 3); }
-};
-
+constexpr GreyWeights kPlainAverage{{1, 1, 1}, 3};
 /// A mean with small whole weights for the eye's share of each channel, truncated.
-struct WeightedAverage {
-    Rgb<int> operator()(Rgb<int> source) const {
-        return Grey((3 * source.red + 4 * source.green + 2 * source.blue) / 9);
-    }
-};
+constexpr GreyWeights kWeightedAverage{{3, 4, 2}, 9};
 
 struct GrayscaleParams {
     StdMPEffectParams head;
@@ -37,24 +26,18 @@ struct GrayscaleParams {
 static_assert(offsetof(GrayscaleParams, redWeight) == 80 && offsetof(GrayscaleParams, greenWeight) == 88 &&
               offsetof(GrayscaleParams, blueWeight) == 96);
 
-WeightedSum SumOf(const GrayscaleParams& params) { return {{params.redWeight, params.greenWeight, params.blueWeight}}; }
-PlainAverage AverageOf(const GrayscaleParams&) { return {}; }
-WeightedAverage WeightedAverageOf(const GrayscaleParams&) { return {}; }
+Grey SumOf(const GrayscaleParams& params) {
+    return Grey(params.redWeight == kRec601.inDoubles.red ? kRec601 : kRec709);
+}
+Grey AverageOf(const GrayscaleParams&) { return Grey(kPlainAverage); }
+Grey WeightedAverageOf(const GrayscaleParams&) { return Grey(kWeightedAverage); }
 
-std::int32_t GrayScale_NTSCPAL_ITURPart(MPParamBlock* band) { return WalkBand<GrayscaleParams>(band, SumOf); }
-std::int32_t GrayScale_NTSCPAL_ITURMaskedPart(MPParamBlock* band) {
-    return WalkMaskedBand<GrayscaleParams>(band, SumOf);
-}
-std::int32_t GrayScale_AveragePart(MPParamBlock* band) { return WalkBand<GrayscaleParams>(band, AverageOf); }
-std::int32_t GrayScale_AverageMaskedPart(MPParamBlock* band) {
-    return WalkMaskedBand<GrayscaleParams>(band, AverageOf);
-}
-std::int32_t GrayScale_WeightedAveragePart(MPParamBlock* band) {
-    return WalkBand<GrayscaleParams>(band, WeightedAverageOf);
-}
-std::int32_t GrayScale_WeightedAverageMaskedPart(MPParamBlock* band) {
-    return WalkMaskedBand<GrayscaleParams>(band, WeightedAverageOf);
-}
+constexpr RowWorker GrayScale_NTSCPAL_ITURPart = kWorker<SumOf>;
+constexpr RowWorker GrayScale_NTSCPAL_ITURMaskedPart = kMaskedWorker<SumOf>;
+constexpr RowWorker GrayScale_AveragePart = kWorker<AverageOf>;
+constexpr RowWorker GrayScale_AverageMaskedPart = kMaskedWorker<AverageOf>;
+constexpr RowWorker GrayScale_WeightedAveragePart = kWorker<WeightedAverageOf>;
+constexpr RowWorker GrayScale_WeightedAverageMaskedPart = kMaskedWorker<WeightedAverageOf>;
 
 struct Grayscale {
     struct Data {
@@ -67,7 +50,7 @@ struct Grayscale {
     /// No type is refused: what is not one of the first three is the weighted average.
     static std::optional<EffectWorkers> Prepare(Params& params, std::int64_t type) {
         if (type == kNtscPal || type == kItuR) {
-            const LumaWeights& weights = type == kNtscPal ? kRec601 : kRec709;
+            const Rgb<double>& weights = (type == kNtscPal ? kRec601 : kRec709).inDoubles;
             params.redWeight = weights.red;
             params.greenWeight = weights.green;
             params.blueWeight = weights.blue;

@@ -1,17 +1,12 @@
 // InvertEffect: the negative of a picture.
 #include "effects/effect_class.h"
-#include "engine/effect_walk.h"
+#include "effects/workers.h"
 
 namespace ombrix {
-namespace {
 
-/// Replaces each colour channel by its complement.
-struct Negative {
-    struct ByBytes {
-        ByBytes(const Negative&, const WordFormat&) {}
-        Lane operator()(Place, Lane source) const { return 255 - source; }
-    };
-};
+extern REALclassDefinition InvertEffectClass;
+
+namespace {
 
 struct InvertParams {
     StdMPEffectParams head;
@@ -19,9 +14,8 @@ struct InvertParams {
 
 Negative FormulaOf(const InvertParams&) { return {}; }
 
-std::int32_t InvertPart(MPParamBlock* band) { return WalkBand<InvertParams>(band, FormulaOf); }
-
-std::int32_t InvertMaskedPart(MPParamBlock* band) { return WalkMaskedBand<InvertParams>(band, FormulaOf); }
+constexpr RowWorker InvertPart = kWorker<FormulaOf>;
+constexpr RowWorker InvertMaskedPart = kMaskedWorker<FormulaOf>;
 
 struct Invert {
     struct Data {

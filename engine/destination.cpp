@@ -1,13 +1,13 @@
 #include "engine/destination.h"
 
-#include "picture/picture.h"
+#include "engine/pictures.h"
 
 namespace ombrix {
 
 Destination::Destination(const LockedPixels& model)
     : picture_(CreatePicture(model.Width(), model.Height(), model.BitsPerPixel())),
       pixels_(picture_.Get()),
-      // A host may give another picture than was asked for; workers would then write past its rows.
+      // In a smaller picture than was asked for, workers would write past the rows.
       matches_(pixels_.Usable() && pixels_.Width() == model.Width() && pixels_.Height() == model.Height() &&
                pixels_.BitsPerPixel() == model.BitsPerPixel()) {}
 

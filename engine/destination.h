@@ -1,21 +1,21 @@
-// The new picture that an effect writes its result to.
+// The new picture that receives an effect's result.
 #pragma once
 
-#include "engine/pixel_buffer.h"
-#include "frame/host_reference.h"
+#include "engine/locked_pixels.h"
+#include "sdk/host_reference.h"
 
 namespace ombrix {
 
-/// A new picture of the size and depth of another, locked. Released at the end of the scope unless it was handed on.
+/// A locked new picture, unlocked and released at the end of the scope unless handed over.
 class Destination {
   public:
-    /// `model` is usable.
+    /// Of `model`'s size and depth. `model` is usable.
     explicit Destination(const LockedPixels& model);
 
-    /// Whether there is a picture, locked and of the size and depth asked for.
+    /// Whether the host gave such a picture and locked it.
     explicit operator bool() const { return matches_; }
     const LockedPixels& Pixels() const { return pixels_; }
-    /// Ends the lock and hands the picture's reference to the caller.
+    /// Unlocks it and hands its reference to the caller.
     REALobjectStruct* Finish();
 
   private:

@@ -1,27 +1,18 @@
 #include "engine/driver.h"
 
 #include "engine/destination.h"
-#include "engine/executor.h"
+#include "engine/locked_pixels.h"
 #include "engine/parameter_head.h"
-#include "engine/pixel_buffer.h"
+#include "engine/run_workers.h"
 
 namespace ombrix {
 namespace {
 
-/// Runs the worker that fits over all rows, unless the mask cannot be used.
-ErrorCode RunWorker(StdMPEffectParams& params, RowWorker worker, RowWorker maskedWorker, REALobjectStruct* mask,
-                    std::int32_t autoTaskCount) {
-    if (!mask) {
-        Execute(&params.generic, worker, autoTaskCount);
-        return NO_ERROR;
-    }
-    const LockedPixels pixels(mask);
-    if (!pixels.Usable() || pixels.Width() < params.generic.width || pixels.Height() < params.generic.height) {
-        return INVALID_MASK;
-    }
-    FillMaskHead(params, pixels);
-    Execute(&params.generic, maskedWorker, autoTaskCount);
-    return NO_ERROR;
+/// Accepts masks that have a pixel for each of the source's.
+auto Covers(const LockedPixels& source) {
+    return [&source](const LockedPixels& mask) {
+        return mask.Width() >= source.Width() && mask.Height() >= source.Height();
+    };
 }
 
 }  // namespace
@@ -31,17 +22,11 @@ REALobjectStruct* ApplyEffect(MPImageFilterData* base, StdMPEffectParams* params
                               std::int32_t autoTaskCount) {
     base->ErrorCode = NO_ERROR;
     LockedPixels pixels(source);
-    if (!pixels.Usable()) {
-        base->ErrorCode = INVALID_SOURCE_IMAGE;
-        return nullptr;
-    }
+    if (!pixels.Usable()) return Fail(base, INVALID_SOURCE_IMAGE);
     Destination destination(pixels);
-    if (!destination) {
-        base->ErrorCode = UNABLE_TO_CREATE_DESTINATION;
-        return nullptr;
-    }
+    if (!destination) return Fail(base, UNABLE_TO_CREATE_DESTINATION);
     FillHead(*params, *base, pixels, destination.Pixels());
-    base->ErrorCode = RunWorker(*params, worker, maskedWorker, mask, autoTaskCount);
+    base->ErrorCode = RunWorkers(*base, *params, {worker, maskedWorker}, mask, autoTaskCount, Covers(pixels));
     pixels.Unlock();
     return destination.Finish();
 }
@@ -51,11 +36,11 @@ void ApplyEffectInPlace(MPImageFilterData* base, StdMPEffectParams* params, RowW
     base->ErrorCode = NO_ERROR;
     const LockedPixels pixels(source);
     if (!pixels.Usable()) {
-        base->ErrorCode = INVALID_SOURCE_IMAGE;
+        Fail(base, INVALID_SOURCE_IMAGE);
         return;
     }
     FillHead(*params, *base, pixels, pixels);
-    base->ErrorCode = RunWorker(*params, worker, maskedWorker, mask, autoTaskCount);
+    base->ErrorCode = RunWorkers(*base, *params, {worker, maskedWorker}, mask, autoTaskCount, Covers(pixels));
 }
 
 }  // namespace ombrix

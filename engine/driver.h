@@ -1,11 +1,12 @@
-// The driver that every tone and colour effect goes through. Effects call it through the entries in their base data;
-// engine/mp_image_filter.h says what it does.
+// The driver of all tone and colour effects, which call it through the entries in MPImageFilterData, where it is
+// documented.
 #pragma once
 
-#include "engine/mp_image_filter.h"
+#include "sdk/mp_image_filter.h"
 
 namespace ombrix {
 
+/// Not the effects' methods of these names, which call these.
 REALobjectStruct* ApplyEffect(MPImageFilterData* base, StdMPEffectParams* params, RowWorker worker,
                               RowWorker maskedWorker, REALobjectStruct* source, REALobjectStruct* mask,
                               std::int32_t autoTaskCount);

@@ -5,9 +5,9 @@
 #include <chrono>
 #include <thread>
 
-#include "frame/host_calls.h"
-#include "frame/host_reference.h"
 #include "platform/multiprocessing.h"
+#include "sdk/host_calls.h"
+#include "sdk/host_reference.h"
 
 namespace ombrix {
 namespace {
@@ -46,7 +46,7 @@ void RunSequentially(GenericMPParams* params, RowWorker worker, ProgressProc pro
     progress(params->progressHandler, height, height);
 }
 
-/// What a task works on. Its address is the task's argument, and the band lies first in it.
+/// A task's argument, which begins with the band.
 struct TaskBlock {
     MPParamBlock band;
     RowWorker worker;
@@ -56,14 +56,14 @@ struct TaskBlock {
 std::int32_t RunTask(void* argument) {
     auto* task = static_cast<TaskBlock*>(argument);
     const std::int32_t result = task->worker(&task->band);
-    // The last access: from here on the calling thread may have left, and the block with it.
+    // The last access: the calling thread may return now, and `task` lies on its stack.
     task->finished.store(true, std::memory_order_release);
     return result;
 }
 
 bool Finished(const TaskBlock& task) { return task.finished.load(std::memory_order_acquire); }
 
-/// Returns when all tasks have finished. `started` of them will post a message each on the queue.
+/// Returns when all tasks have finished, of which `started` post a message each.
 void WaitForTasks(MPQueueID queue, std::int32_t started, const TaskBlock* tasks, std::int32_t count) {
     void* result = nullptr;
     for (std::int32_t arrived = 0; arrived < started;) {
@@ -76,8 +76,7 @@ void WaitForTasks(MPQueueID queue, std::int32_t started, const TaskBlock* tasks,
             std::this_thread::yield();
         }
     }
-    // The queue only makes waiting cheap. Whether the buffers may be unlocked, the tasks themselves tell: a wait may
-    // have failed while they still work.
+    // A wait may have failed, but the buffers must stay locked until all tasks have finished.
     while (!std::all_of(tasks, tasks + count, Finished)) std::this_thread::sleep_for(std::chrono::microseconds(50));
 }
 
@@ -100,7 +99,7 @@ void RunOnTasks(GenericMPParams* params, RowWorker worker, std::int32_t count) {
         isStarted[i] = MPCreateTask(RunTask, &tasks[i], 0, queue, nullptr, nullptr, 0, &identifier) == 0;
         started += isStarted[i];
     }
-    // Rows of a task that could not be started are not lost: this thread takes them.
+    // This thread takes the bands of tasks that could not be started.
     for (std::int32_t i = 0; i < count; ++i) {
         if (!isStarted[i]) RunTask(&tasks[i]);
     }
@@ -114,7 +113,7 @@ void RunOnTasks(GenericMPParams* params, RowWorker worker, std::int32_t count) {
 void Execute(GenericMPParams* params, RowWorker worker, std::int32_t autoTaskCount) {
     params->rowsDone = 0;
     const ProgressProc progress = GetProgressProc(params->progressHandler);
-    // A report runs the host's program, which may well drop its own handler.
+    // A report runs the program, which may drop its handler.
     const HostReference handler = progress ? HostReference::Share(params->progressHandler) : HostReference(nullptr);
     const std::int64_t count =
         params->height < kFewestParallelRows ? 1 : TaskCount(params->multiprocessingHint, autoTaskCount);

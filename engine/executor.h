@@ -1,24 +1,23 @@
-// Runs a row worker over all rows of an image: on up to 8 tasks at once, or in bands on the calling thread.
+// Runs a row worker over an image: on up to 8 tasks at once, or on the calling thread.
 #pragma once
 
 #include <cstdint>
 
-#include "engine/effect_params.h"
+#include "sdk/effect_params.h"
 
 namespace ombrix {
 
-/// Runs `worker` over rows 0 to `params->height` and returns when all of them are done, also when tasks cannot be
-/// started or waited for. `autoTaskCount` is the number of tasks that the effect wants when the hint leaves it open.
-/// Reports to the progress handler, if there is one, from the calling thread.
+/// Runs `worker` over `params->height` rows and returns when all are done, even if tasks cannot be started or waited
+/// for. `autoTaskCount` is the number of tasks when the hint leaves it open. Reports progress from the calling thread.
 void Execute(GenericMPParams* params, RowWorker worker, std::int32_t autoTaskCount);
 
-/// The entry of a progress handler's OnProgress.
+/// A handler's OnProgress: `value` of `total` rows are done.
 using ProgressProc = void (*)(REALobjectStruct* handler, std::int64_t value, std::int64_t total);
 
-/// The entry of the handler's method, or null when there is no handler or no such method.
+/// Null when there is no handler, or it has no OnProgress.
 ProgressProc GetProgressProc(REALobjectStruct* handler);
 
-/// Getter of `CPUCoreCount`: processors that can run tasks, asked for once in the life of the process.
+/// Getter of CPUCoreCount: the processors that can run tasks, counted once in a process.
 std::int64_t GetCPUCoreCount(REALobjectStruct* instance, std::int64_t parameter);
 
 }  // namespace ombrix

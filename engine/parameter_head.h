@@ -1,16 +1,16 @@
-// Fills the head of an effect's parameter record from locked pictures.
+// Fills the head of a parameter record from locked pictures.
 #pragma once
 
-#include "engine/mp_image_filter.h"
-#include "engine/pixel_buffer.h"
+#include "engine/locked_pixels.h"
+#include "sdk/mp_image_filter.h"
 
 namespace ombrix {
 
-/// All but the mask's fields and `rowsDone`. `destination` has the source's size and depth; in place it is the source.
+/// Fills all but `rowsDone` and the mask's fields. `destination` has the source's size and depth, or is the source.
 void FillHead(StdMPEffectParams& head, const MPImageFilterData& base, const LockedPixels& source,
               const LockedPixels& destination);
 
-/// The mask's fields; after FillHead.
+/// Fills the mask's fields, after FillHead.
 void FillMaskHead(StdMPEffectParams& head, const LockedPixels& mask);
 
 }  // namespace ombrix

@@ -2,15 +2,15 @@
 
 #include <charconv>
 
-#include "host/error.h"
-#include "host/text.h"
+#include "ombrix/error.h"
+#include "text/names.h"
+#include "text/phrases.h"
 
 namespace ombrix::host {
 namespace {
 
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool StartsName(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
 
 /// Reads a declaration from left to right.
 class Reader {
@@ -19,7 +19,7 @@ class Reader {
 
     bool AtEnd() const { return rest_ == text_.size(); }
 
-    /// Takes the character if it is next.
+    /// Takes the character if it comes next.
     bool Take(char c) {
         if (AtEnd() || text_[rest_] != c) return false;
         ++rest_;
@@ -27,9 +27,9 @@ class Reader {
         return true;
     }
 
-    /// Takes the word if it is next, in any case.
+    /// Takes the word if it comes next.
     bool TakeWord(std::string_view word) {
-        if (!SameName(PeekName(), word)) return false;
+        if (!text::SameName(PeekName(), word)) return false;
         Advance(word.size());
         return true;
     }
@@ -57,15 +57,15 @@ class Reader {
     }
 
     [[noreturn]] void Fail(std::string_view expected) const {
-        const std::string found = AtEnd() ? "its end" : "\"" + std::string(text_.substr(rest_)) + "\"";
+        const std::string found = AtEnd() ? "its end" : text::Quoted(text_.substr(rest_));
         throw Error("the declaration has " + found + " where " + std::string(expected) + " should be");
     }
 
   private:
     std::string_view PeekName() const {
         std::size_t end = rest_;
-        if (end < text_.size() && StartsName(text_[end])) {
-            while (end < text_.size() && (StartsName(text_[end]) || IsDigit(text_[end]))) ++end;
+        if (!AtEnd() && text::StartsName(text_[end])) {
+            while (end < text_.size() && text::ContinuesName(text_[end])) ++end;
         }
         return text_.substr(rest_, end - rest_);
     }
@@ -86,25 +86,25 @@ class Reader {
 ParameterInfo ReadParameter(Reader& reader, bool& assigns) {
     ParameterInfo parameter;
     parameter.name = reader.TakeName("a parameter's name");
-    if (reader.TakeWord("as")) {
-        parameter.type = reader.TakeName("a type");
-        return parameter;
+    bool typeFollows = reader.TakeWord("as");
+    // Only a word of the language where a name follows, otherwise a name itself.
+    if (!typeFollows && text::SameName(parameter.name, "assigns")) {
+        assigns = true;
+        parameter.name = reader.TakeName("a parameter's name");
+        typeFollows = reader.TakeWord("as");
     }
-    // `assigns` is a word of the language only where another name follows it.
-    if (!SameName(parameter.name, "assigns")) reader.Fail("\"as\"");
-    assigns = true;
-    parameter.name = reader.TakeName("a parameter's name");
-    if (!reader.TakeWord("as")) reader.Fail("\"as\"");
+    if (!typeFollows) reader.Fail("\"as\"");
     parameter.type = reader.TakeName("a type");
+    parameter.required = KindOf(parameter.type) != Kind::Object;
     return parameter;
 }
 
 }  // namespace
 
 Kind KindOf(std::string_view type) {
-    if (SameName(type, "Integer")) return Kind::Integer;
-    if (SameName(type, "Boolean")) return Kind::Boolean;
-    if (SameName(type, "Double")) return Kind::Double;
+    if (text::SameName(type, "Integer")) return Kind::Integer;
+    if (text::SameName(type, "Boolean")) return Kind::Boolean;
+    if (text::SameName(type, "Double")) return Kind::Double;
     return Kind::Object;
 }
 
@@ -118,11 +118,11 @@ std::string MethodDeclaration::ParameterSignature() const {
         signature += parameter.type;
         if (!last) signature += ",";
     }
-    return LowerCase(signature + ")");
+    return text::LowerCase(signature + ")");
 }
 
 std::string MethodDeclaration::Signature() const {
-    return ParameterSignature() + (resultType ? " as " + LowerCase(*resultType) : "");
+    return ParameterSignature() + (resultType ? " as " + text::LowerCase(*resultType) : "");
 }
 
 MethodDeclaration ParseMethod(std::string_view text) {
@@ -150,14 +150,6 @@ ConstantInfo ParseConstant(std::string_view text) {
     constant.value = reader.TakeInteger();
     reader.ExpectEnd();
     return constant;
-}
-
-bool IsName(std::string_view text) {
-    if (text.empty() || !StartsName(text.front())) return false;
-    for (const char c : text) {
-        if (!StartsName(c) && !IsDigit(c)) return false;
-    }
-    return true;
 }
 
 }  // namespace ombrix::host

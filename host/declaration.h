@@ -1,4 +1,4 @@
-// Declarations in the host's language, as plug-ins write them into their method and constant rows.
+// Declarations of methods and constants, as plug-ins write them into their rows.
 #pragma once
 
 #include <optional>
@@ -6,37 +6,34 @@
 #include <string_view>
 #include <vector>
 
-#include "host/reflection.h"
+#include "ombrix/reflection.h"
 
 namespace ombrix::host {
 
-/// How a value of a type is passed and stored. Every type that is not one of the first three is a reference.
+/// How a value is passed and stored. All types beside the first three are references.
 enum class Kind { Integer, Boolean, Double, Object };
 
 Kind KindOf(std::string_view type);
-/// Bytes of a stored value.
+/// Bytes that a stored value takes.
 std::size_t SizeOf(Kind kind);
 
 struct MethodDeclaration {
     std::string name;
     std::vector<ParameterInfo> parameters;
-    bool assigns = false;  ///< the last parameter is what is assigned, as in `picture.Mask = newMask`
+    bool assigns = false;  ///< the last parameter is assigned to, as in `picture.Mask = newMask`
     std::optional<std::string> resultType;
 
-    /// The name and the parameters' types, in lower case: what two methods of a class must not have in common.
+    /// Lower-case name and types of the parameters; unique within a class.
     std::string ParameterSignature() const;
-    /// That, and the type of the result: what a plug-in asks for when it looks a method up.
+    /// The same with the type of the result: what plug-ins look methods up by.
     std::string Signature() const;
 };
 
-/// `Apply(source as Picture, assigns value as Integer) as Picture`, with any blanks and in any case. Without
-/// parameters the parentheses may be left out. An Error that says what is wrong with the text, without naming it.
+/// Reads `Apply(source as Picture, assigns value as Integer) as Picture`, in any case, with any blanks, and with or
+/// without empty parentheses. An Error says what is wrong, but not with which declaration.
 MethodDeclaration ParseMethod(std::string_view text);
 
-/// `NAME = -1`, with any blanks. The same Error.
+/// Reads `NAME = -1`, with the same Error.
 ConstantInfo ParseConstant(std::string_view text);
-
-/// Whether the text is a name of the host's language: letters, digits and underscores, not beginning with a digit.
-bool IsName(std::string_view text);
 
 }  // namespace ombrix::host

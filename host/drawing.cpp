@@ -12,11 +12,11 @@ struct Colour {
     int alpha, red, green, blue;
 };
 
-// One struct for each depth: the bytes of a pixel, and how it is read and written.
+// How a pixel of each depth is read and written.
 
 struct Pixel16 {
     static constexpr int kBytes = 2;
-    /// Five bits become eight by repeating the highest three below: 0 stays 0 and 31 becomes 255.
+    /// From five bits to eight, so that 31 becomes 255.
     static int Widen(int five) { return five << 3 | five >> 2; }
     static Colour Load(const std::uint8_t* pixel) {
         const int word = pixel[0] | pixel[1] << 8;
@@ -55,17 +55,17 @@ void WithPixelOf(int depth, Function function) {
     if (depth == 32) function(Pixel32{});
 }
 
-/// The pixels along one side of the target that are drawn, and which of the source each of them shows.
+/// The target's pixels along one side, and the source's pixel for each.
 struct Side {
     std::int64_t first = 0;
     std::vector<std::int64_t> sources;
 };
 
-/// `at` and `size` say where in the target, `from` and `sourceSize` what of the source; the limits are the sizes of
-/// the two pictures.
+/// Draws from `from` and `sourceSize` of the source to `at` and `size` of the target. The limits are the pictures'
+/// sizes.
 Side MapSide(std::int64_t at, std::int64_t size, std::int64_t limit, std::int64_t from, std::int64_t sourceSize,
              std::int64_t sourceLimit) {
-    // Twice 64 bits: positions and sizes may be anything, and are multiplied.
+    // Any positions and sizes are multiplied.
     using Wide = __int128;
     Side side;
     if (sourceSize == 0) return side;

@@ -7,8 +7,8 @@
 
 namespace ombrix::host {
 
-/// Where a picture is drawn, and what of it, in pixels. Any values are allowed: what lies outside a picture is left
-/// out. A negative size of the source is the picture's own, a negative size of the target is the source's.
+/// Where a picture is drawn and which part of it, in pixels. Any numbers will do: what lies outside either picture is
+/// not drawn. A negative source size means the picture's own, a negative target size the source's.
 struct Placement {
     std::int64_t x, y;
     std::int64_t targetWidth, targetHeight;
@@ -16,12 +16,12 @@ struct Placement {
     std::int64_t sourceWidth, sourceHeight;
 };
 
-/// Draws `source` onto `target`, which must not share memory. Pixel i of a scaled side shows the source's pixel
-/// floor(i * source size / target size).
+/// Draws `source` onto `target`; they must not share memory. A source without alpha is opaque. Pixel i of a scaled side
+/// shows pixel floor(i * sourceSize / targetSize) of the source.
 ///
-/// With a mask (of the source's size, or none), each channel is (source * (255 - m) + target * m + 127) / 255, m
-/// being the mask's value of that channel: white lets the target through. A 32-bit target's alpha is mixed by the
-/// mean of the three. Without an alpha of its own a source is opaque.
+/// A mask has the source's size. It turns each channel into (source * (255 - m) + target * m + 127) / 255, where m is
+/// the mask's value of that channel: white keeps the target. For the alpha of a 32-bit target, m is the mean of the
+/// mask's three.
 void Draw(const PixelView& target, const PixelView& source, const PixelView* mask, const Placement& placement);
 
 }  // namespace ombrix::host

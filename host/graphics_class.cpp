@@ -25,7 +25,7 @@ void Destruct(REALobjectStruct* graphics) {
     });
 }
 
-/// Pixels that are drawn from, in memory of their own when they are the target's.
+/// Pixels to draw from; a copy when they are the target's own.
 class SourcePixels {
   public:
     SourcePixels(const PixelView& pixels, const PixelView& target) : view_(pixels) {
@@ -40,7 +40,7 @@ class SourcePixels {
     PixelView view_;
 };
 
-/// The pixels of a picture's mask, when it has one that fits.
+/// Null unless the picture has a mask that fits.
 const PixelView* MaskPixelsOf(const PictureData& picture) {
     if (picture.mask == nullptr) return nullptr;
     const PictureData& mask = PictureOf(picture.mask);

@@ -1,11 +1,14 @@
-#include "host/host.h"
+#include "ombrix/host.h"
 
 #include <limits>
 #include <type_traits>
 
 #include "host/calls.h"
 #include "host/own_classes.h"
-#include "host/text.h"
+#include "text/names.h"
+#include "text/numbers.h"
+#include "text/phrases.h"
+#include "text/suggestions.h"
 
 namespace ombrix::host {
 namespace {
@@ -26,7 +29,18 @@ std::vector<std::string> NamesOf(const Items& items) {
 
 const Class& RequireClass(const HostState& host, std::string_view name) {
     if (const Class* type = host.registry.FindClass(name)) return *type;
-    throw Error("there is no class " + Quoted(name) + Suggestion(name, NamesOf(host.registry.Classes())));
+    throw Error("there is no class " + text::Quoted(name) + text::Suggestion(name, NamesOf(host.registry.Classes())));
+}
+
+const Module& RequireModule(const HostState& host, std::string_view name) {
+    if (const Module* module = host.registry.FindModule(name)) return *module;
+    throw Error("there is no module " + text::Quoted(name) + text::Suggestion(name, NamesOf(host.registry.Modules())));
+}
+
+/// Of a class or a module.
+std::vector<const Method*> MethodsNamed(const HostState& host, std::string_view classOrModule, std::string_view name) {
+    if (const Module* module = host.registry.FindModule(classOrModule)) return MethodsNamed(*module, name);
+    return MethodsNamed(RequireClass(host, classOrModule), name);
 }
 
 Object NewOf(HostState& host, const Class& type) {
@@ -40,26 +54,24 @@ Object NewOf(HostState& host, const Class& type) {
 
 }  // namespace
 
-// Every function asks for the current host, which is this one, since that makes sure of the thread.
-
 Host::Host(HostOptions options) : state_(std::make_unique<HostState>(std::move(options))) {}
 Host::~Host() = default;
 
-void Host::Load(const std::filesystem::path& plugin) { HostState::Required().Load(plugin); }
+void Host::Load(const std::filesystem::path& plugin) { state_->ForProgram().Load(plugin); }
 
 Object Host::New(std::string_view className) {
-    HostState& host = HostState::Required();
+    HostState& host = state_->ForProgram();
     return NewOf(host, RequireClass(host, className));
 }
 
 Picture Host::NewPicture(std::int64_t width, std::int64_t height, std::int64_t depth) {
-    HostState& host = HostState::Required();
+    HostState& host = state_->ForProgram();
     const std::string objection = PixelBuffer::Objection(width, height, depth);
     if (!objection.empty()) throw Error("a picture cannot be made: " + objection);
     Picture picture(New(kPictureClass));
     if (!PictureOf(picture.Handle()).MakeBitmap(host, width, height, depth, Content::Zeros)) {
-        throw Error("there is no memory for a picture of " + std::to_string(width) + " x " + std::to_string(height) +
-                    " pixels of " + std::to_string(depth) + " bits");
+        throw Error("there is no memory for a picture of " + text::Size(width, height) + " pixels of " +
+                    std::to_string(depth) + " bits");
     }
     return picture;
 }
@@ -67,8 +79,7 @@ Picture Host::NewPicture(std::int64_t width, std::int64_t height, std::int64_t d
 Picture Host::NewDrawing(std::int64_t width, std::int64_t height) {
     constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
     if (width < 0 || height < 0 || width > kMost || height > kMost) {
-        throw Error("a drawing cannot be made: there is no size of " + std::to_string(width) + " x " +
-                    std::to_string(height));
+        throw Error("a drawing cannot be made: there is no size of " + text::Size(width, height));
     }
     Picture picture(New(kPictureClass));
     PictureData& data = PictureOf(picture.Handle());
@@ -91,46 +102,65 @@ Object Host::NewProgressHandler(std::function<void(std::int64_t, std::int64_t)> 
 }
 
 Value Host::CallModule(std::string_view module, std::string_view method, const std::vector<Argument>& arguments) {
-    HostState& host = HostState::Required();
-    const Module* found = host.registry.FindModule(module);
-    if (found == nullptr)
-        throw Error("there is no module " + Quoted(module) + Suggestion(module, NamesOf(host.registry.Modules())));
-    std::vector<const Method*> candidates;
-    std::vector<std::string> names;
-    for (const Method& each : found->methods) {
-        names.push_back(each.declaration.name);
-        if (SameName(each.declaration.name, method)) candidates.push_back(&each);
-    }
-    if (candidates.empty())
-        throw Error(found->info.name + " has no method " + Quoted(method) + Suggestion(method, names));
-    const std::string name = found->info.name + "." + candidates.front()->declaration.name;
-    return CallMethod(host, name, nullptr, ChooseOverload(name, candidates, arguments));
+    HostState& host = state_->ForProgram();
+    return CallNamed(host, nullptr, RequireModule(host, module), method, arguments);
 }
 
-std::vector<ClassInfo> Host::Classes() const { return InfosOf(HostState::Required().registry.Classes()); }
-std::vector<ModuleInfo> Host::Modules() const { return InfosOf(HostState::Required().registry.Modules()); }
+Value Host::CallModule(std::string_view module, const MethodInfo& method, const std::vector<Argument>& arguments) {
+    HostState& host = state_->ForProgram();
+    return CallDeclared(host, nullptr, RequireModule(host, module), ReadMethod(method.declaration), arguments);
+}
+
+std::vector<ClassInfo> Host::Classes() const { return InfosOf(state_->ForProgram().registry.Classes()); }
+std::vector<ModuleInfo> Host::Modules() const { return InfosOf(state_->ForProgram().registry.Modules()); }
 
 const ClassInfo* Host::FindClass(std::string_view name) const {
-    const Class* found = HostState::Required().registry.FindClass(name);
+    const Class* found = state_->ForProgram().registry.FindClass(name);
     return found == nullptr ? nullptr : &found->info;
 }
 
 const ModuleInfo* Host::FindModule(std::string_view name) const {
-    const Module* found = HostState::Required().registry.FindModule(name);
+    const Module* found = state_->ForProgram().registry.FindModule(name);
     return found == nullptr ? nullptr : &found->info;
 }
 
 std::vector<const ClassInfo*> Host::Ancestry(std::string_view className) const {
     std::vector<const ClassInfo*> ancestry;
-    RequireClass(HostState::Required(), className).FindUpwards([&](const Class& type) {
+    RequireClass(state_->ForProgram(), className).FindUpwards([&](const Class& type) {
         ancestry.push_back(&type.info);
         return false;
     });
     return ancestry;
 }
 
-std::int64_t Host::LiveObjects() const { return HostState::Required().objects.LiveCount(); }
-std::int64_t Host::OutstandingLocks() const { return HostState::Required().watch.LockCount(); }
-const std::vector<std::string>& Host::Faults() const { return HostState::Required().watch.Faults(); }
+bool Host::IsA(std::string_view className, std::string_view classOrInterface) const {
+    return Distance(RequireClass(state_->ForProgram(), className), classOrInterface) >= 0;
+}
+
+const PropertyInfo* Host::FindProperty(std::string_view className, std::string_view property) const {
+    for (const ClassInfo* type : Ancestry(className)) {
+        for (const PropertyInfo& each : type->properties) {
+            if (text::SameName(each.name, property)) return &each;
+        }
+    }
+    return nullptr;
+}
+
+std::vector<MethodInfo> Host::FindMethods(std::string_view classOrModule, std::string_view method) const {
+    std::vector<MethodInfo> infos;
+    for (const Method* each : MethodsNamed(state_->ForProgram(), classOrModule, method)) infos.push_back(each->Info());
+    return infos;
+}
+
+std::optional<MethodInfo> Host::ChooseMethod(std::string_view classOrModule, std::string_view method,
+                                             const std::vector<std::string>& arguments) const {
+    const std::string callee = std::string(classOrModule) + "." + std::string(method);
+    const Method* chosen = ChooseByNames(callee, MethodsNamed(state_->ForProgram(), classOrModule, method), arguments);
+    return chosen == nullptr ? std::nullopt : std::optional(chosen->Info());
+}
+
+std::int64_t Host::LiveObjects() const { return state_->ForProgram().objects.LiveCount(); }
+std::int64_t Host::OutstandingLocks() const { return state_->ForProgram().watch.LockCount(); }
+const std::vector<std::string>& Host::Faults() const { return state_->ForProgram().watch.Faults(); }
 
 }  // namespace ombrix::host

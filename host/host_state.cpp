@@ -1,12 +1,12 @@
 #include "host/host_state.h"
 
 #include <atomic>
-#include <cstdio>
 #include <utility>
 
 #include "host/own_classes.h"
 #include "host/services.h"
-#include "host/text.h"
+#include "text/numbers.h"
+#include "text/phrases.h"
 
 namespace ombrix::host {
 namespace {
@@ -19,7 +19,7 @@ HostState::HostState(HostOptions givenOptions)
     : options(std::move(givenOptions)), watch(options.faults, options.onFault), objects(watch) {
     HostState* none = nullptr;
     if (!current.compare_exchange_strong(none, this))
-        throw Error("there is a Host in this process already, and plug-ins know of one alone");
+        throw Error("this process has a Host already, and plug-ins know only one");
     try {
         for (REALclassDefinition* definition :
              {&PictureDefinition(), &GraphicsDefinition(), &PointDefinition(), &ProgressHandlerDefinition()}) {
@@ -44,24 +44,29 @@ HostState::~HostState() {
 
 HostState* HostState::Current() noexcept { return current; }
 
+HostState& HostState::ForProgram() {
+    if (!watch.OnOwnThread()) throw Error("a Host and its objects can only be used on the thread that made the Host");
+    if (current != this) throw Error("plug-ins use another Host");
+    return *this;
+}
+
 HostState& HostState::Required() {
     HostState* host = Current();
     if (host == nullptr) throw Error("there is no Host");
-    if (!host->watch.OnOwnThread()) throw Error("a Host and its objects can be used on the thread alone that made it");
-    return *host;
+    return host->ForProgram();
 }
 
 REALobjectStruct* HostState::Passed(REALobjectStruct* handle, const char* service, const char* className) {
     const bool live = objects.IsLive(handle);
     if (live && (className == nullptr || Distance(*handle->type, className) >= 0)) return handle;
     watch.Fault("passed " + objects.Describe(handle) + " to " + service +
-                (live ? ", which takes " + WithArticle(className) : ""));
+                (live ? ", which takes " + text::WithArticle(className) : ""));
     return nullptr;
 }
 
 void HostState::Load(const std::filesystem::path& path) {
     PluginFile file(path);
-    const std::string name = Quoted(file.Path());
+    const std::string name = text::Quoted(file.Path());
     for (const PluginFile& other : plugins_) {
         if (other == file) throw Error("the plug-in " + name + " is loaded already");
     }
@@ -75,10 +80,8 @@ void HostState::Load(const std::filesystem::path& path) {
         loading = nullptr;
         if (current.refusal) throw Error("the plug-in " + name + " cannot be used: " + *current.refusal);
         if (!registry.HasAnyOf(file.Path())) {
-            char version[32];
-            std::snprintf(version, sizeof version, "%g", options.version);
             throw Error("the plug-in " + name + " has registered nothing: it does not work with a host of version " +
-                        version);
+                        text::Shown(options.version));
         }
         try {
             registry.CheckTypes(file.Path());

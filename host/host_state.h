@@ -1,17 +1,16 @@
-// What a Host consists of; and how the services and the host's own classes, which plug-ins call without saying which
-// host they mean, come by it.
+// A Host's state, and how the services that plug-ins call find it.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "host/host.h"
 #include "host/invoke.h"
 #include "host/objects.h"
 #include "host/plugin_file.h"
 #include "host/registry.h"
 #include "host/watch.h"
+#include "ombrix/host.h"
 
 namespace ombrix::host {
 
@@ -22,13 +21,14 @@ class HostState {
     HostState(const HostState&) = delete;
     HostState& operator=(const HostState&) = delete;
 
-    /// The host of this process, or null. Any thread may ask.
+    /// The Host of this process, or null. For any thread.
     static HostState* Current() noexcept;
-    /// The host, for what the program asks of it: an Error when there is none or this is not its thread.
+    /// This Host, for use by the program. An Error on a foreign thread, or if plug-ins use another Host.
+    HostState& ForProgram();
+    /// The same for objects, which do not know their Host. An Error also when there is none.
     static HostState& Required();
 
-    /// The object behind a handle that a plug-in passed, when it lives and its class is or derives from
-    /// `className`; otherwise null, and a fault that tells that the plug-in asked for `service`.
+    /// A handle that a plug-in passed to `service`, if it is a live object of the class. Otherwise null, and a fault.
     REALobjectStruct* Passed(REALobjectStruct* handle, const char* service, const char* className = nullptr);
 
     void Load(const std::filesystem::path& path);
@@ -38,7 +38,7 @@ class HostState {
     Registry registry;
     ObjectStore objects;
 
-    /// What is being loaded, while its entry runs.
+    /// The plug-in whose entry is running.
     struct Loading {
         std::string plugin;
         std::optional<std::string> refusal;  ///< what is wrong with its records

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "host/error.h"
+#include "ombrix/error.h"
 
 namespace ombrix::host {
 namespace {
@@ -37,7 +37,7 @@ Word Invoke(REALproc function, std::span<TypedWord> arguments, std::optional<Kin
                      result ? TypeOf(*result) : &ffi_type_void, types.data()) != FFI_OK) {
         throw Error("a call with " + std::to_string(types.size()) + " arguments cannot be made on this machine");
     }
-    // A result that is narrower than a machine word comes back widened to one.
+    // libffi widens smaller results to this.
     static_assert(sizeof(Word) >= sizeof(ffi_arg));
     Word word;
     ffi_call(&signature, function, &word, addresses.data());

@@ -1,16 +1,16 @@
-// Calls functions whose parameters are known from a declaration only.
+// Calls functions by their declarations.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <span>
 
-#include "frame/definition_records.h"
 #include "host/declaration.h"
+#include "sdk/definition_records.h"
 
 namespace ombrix::host {
 
-/// A value as it is passed to plug-ins; which member counts is told by its Kind.
+/// A value as plug-ins take it; its Kind tells which member counts.
 union Word {
     std::int64_t integer = 0;
     std::uint8_t boolean;
@@ -23,7 +23,7 @@ struct TypedWord {
     Word word;
 };
 
-/// Calls the function with these arguments. The result is 0 when there is none.
+/// 0 when the function has no result.
 Word Invoke(REALproc function, std::span<TypedWord> arguments, std::optional<Kind> result);
 
 }  // namespace ombrix::host

@@ -1,61 +1,34 @@
-#include "host/object.h"
+#include "ombrix/object.h"
 
 #include "host/calls.h"
 #include "host/properties.h"
-#include "host/text.h"
+#include "text/names.h"
+#include "text/phrases.h"
+#include "text/suggestions.h"
 
 namespace ombrix::host {
 namespace {
 
-/// The live object of this handle.
 REALobjectStruct* LiveObject(HostState& host, REALobjectStruct* handle) {
     if (host.objects.IsLive(handle)) return handle;
     throw Error("the object is " + host.objects.Describe(handle));
 }
 
-/// The same, for something that nil does not have.
+/// An Error for nil, which has no properties or methods.
 REALobjectStruct* LiveObject(HostState& host, REALobjectStruct* handle, const char* kind, std::string_view name) {
-    if (handle == nullptr) throw Error("nil has no " + std::string(kind) + " " + Quoted(name));
+    if (handle == nullptr) throw Error("nil has no " + std::string(kind) + " " + text::Quoted(name));
     return LiveObject(host, handle);
 }
 
 FoundProperty RequireProperty(const Class& type, std::string_view name) {
     if (const std::optional<FoundProperty> found = FindProperty(type, name)) return *found;
-    throw Error(type.info.name + " has no property " + Quoted(name) + Suggestion(name, PropertyNames(type)));
-}
-
-/// The methods of this name, without those that a derived class declares anew.
-std::vector<const Method*> MethodsNamed(const Class& type, std::string_view name) {
-    std::vector<const Method*> methods;
-    type.FindUpwards([&](const Class& ancestor) {
-        for (const Method& method : ancestor.methods) {
-            if (!SameName(method.declaration.name, name)) continue;
-            bool overridden = false;
-            for (const Method* other : methods)
-                overridden |= other->declaration.ParameterSignature() == method.declaration.ParameterSignature();
-            if (!overridden) methods.push_back(&method);
-        }
-        return false;
-    });
-    return methods;
-}
-
-std::vector<std::string> MethodNames(const Class& type) {
-    std::vector<std::string> names;
-    type.FindUpwards([&](const Class& ancestor) {
-        for (const Method& method : ancestor.methods) {
-            bool known = false;
-            for (const std::string& name : names) known |= SameName(name, method.declaration.name);
-            if (!known) names.push_back(method.declaration.name);
-        }
-        return false;
-    });
-    return names;
+    throw Error(type.info.name + " has no property " + text::Quoted(name) +
+                text::Suggestion(name, PropertyNames(type)));
 }
 
 const Interface& RequireInterface(HostState& host, const Class& type, std::string_view name) {
     const Interface* interface = host.registry.FindInterface(name);
-    if (interface == nullptr) throw Error("there is no interface " + Quoted(name));
+    if (interface == nullptr) throw Error("there is no interface " + text::Quoted(name));
     if (Distance(type, name) >= 0) return *interface;
     std::vector<std::string> names;
     type.FindUpwards([&](const Class& ancestor) {
@@ -63,7 +36,7 @@ const Interface& RequireInterface(HostState& host, const Class& type, std::strin
         return false;
     });
     throw Error(type.info.name + " does not implement " + interface->name +
-                (names.empty() ? ", or any other interface" : "; it implements: " + Join(names)));
+                (names.empty() ? ", or any other interface" : "; it implements: " + text::Join(names)));
 }
 
 }  // namespace
@@ -137,15 +110,16 @@ void Object::Set(std::string_view property, const Value& value) const {
 
 Value Object::Call(std::string_view method, const std::vector<Argument>& arguments) const {
     HostState& host = HostState::Required();
-    const Class& type = *LiveObject(host, handle_, "method", method)->type;
-    const std::vector<const Method*> candidates = MethodsNamed(type, method);
-    if (candidates.empty())
-        throw Error(type.info.name + " has no method " + Quoted(method) + Suggestion(method, MethodNames(type)));
-    const std::string name = type.info.name + "." + candidates.front()->declaration.name;
-    return CallMethod(host, name, handle_, ChooseOverload(name, candidates, arguments));
+    return CallNamed(host, handle_, *LiveObject(host, handle_, "method", method)->type, method, arguments);
 }
 
 Value Object::Call(std::string_view method) const { return Call(method, {}); }
+
+Value Object::Call(const MethodInfo& method, const std::vector<Argument>& arguments) const {
+    HostState& host = HostState::Required();
+    const Class& type = *LiveObject(host, handle_, "method", method.name)->type;
+    return CallDeclared(host, handle_, type, ReadMethod(method.declaration), arguments);
+}
 
 Value Object::CallInterface(std::string_view interface, std::string_view method,
                             const std::vector<Argument>& arguments) const {
@@ -155,14 +129,9 @@ Value Object::CallInterface(std::string_view interface, std::string_view method,
     std::vector<std::string> names;
     for (const Method& declared : implemented.methods) {
         names.push_back(declared.declaration.name);
-        if (!SameName(declared.declaration.name, method)) continue;
-        // Arguments go by the interface's parameters, the call to the function of the class.
-        Method callee = declared;
-        callee.function = FindMethod(type, declared.declaration.Signature())->function;
-        const std::string name = type.info.name + "." + callee.declaration.name;
-        return CallMethod(host, name, handle_, ChooseOverload(name, {&callee}, arguments));
+        if (text::SameName(names.back(), method)) return CallDeclared(host, handle_, type, declared, arguments);
     }
-    throw Error(implemented.name + " has no method " + Quoted(method) + Suggestion(method, names));
+    throw Error(implemented.name + " has no method " + text::Quoted(method) + text::Suggestion(method, names));
 }
 
 }  // namespace ombrix::host

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "host/text.h"
+#include "text/phrases.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define OMBRIX_ADDRESS_SANITIZER 1
@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::size_t kMostDead = 256;
 
-/// Lets the sanitizer see an access to memory that is kept back.
+/// For memory that is kept back.
 void ForbidAccess([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t size) {
 #ifdef OMBRIX_ADDRESS_SANITIZER
     ASAN_POISON_MEMORY_REGION(memory, size);
@@ -55,7 +55,7 @@ REALobjectStruct* ObjectStore::Create(const Class& type) {
 
 std::string ObjectStore::Describe(REALobjectStruct* handle) const {
     if (handle == nullptr) return "nil";
-    if (IsLive(handle)) return WithArticle(handle->type->info.name);
+    if (IsLive(handle)) return text::WithArticle(handle->type->info.name);
     for (auto dead = dead_.rbegin(); dead != dead_.rend(); ++dead) {
         if (dead->memory == handle) return dead->description;
     }
@@ -63,7 +63,7 @@ std::string ObjectStore::Describe(REALobjectStruct* handle) const {
 }
 
 void ObjectStore::Release(REALobjectStruct* object) {
-    // While its destructors run, an object only counts: it is on its way out already.
+    // During its destructors an object only counts: it is being destroyed already.
     if (object->references <= object->held && !object->finished) {
         watch_.Fault("released " + Describe(object) + " once more than it had retained it");
         return;
@@ -111,7 +111,8 @@ void ObjectStore::Bury(REALobjectStruct* object) {
     if (watch_.DropLocks(object) != 0) watch_.Fault("let " + Describe(object) + " be destroyed while it was locked");
     live_.erase(object);
     if (dead_.size() == kMostDead) FreeOldestDead();
-    dead_.push_back({object, WithArticle(object->type->info.name) + " that was destroyed in " + watch_.Culprit()});
+    dead_.push_back(
+        {object, text::WithArticle(object->type->info.name) + " that was destroyed in " + watch_.Culprit()});
     ForbidAccess(object, object->type->instanceSize);
 }
 
@@ -146,7 +147,7 @@ void ObjectStore::DestroyAllOf(const std::string& plugin) {
 }
 
 void ObjectStore::Destroy(const std::vector<REALobjectStruct*>& objects) {
-    // The memory of all stays until the last destructor has run: they may refer to each other.
+    // Destructors may follow references to each other, so memory is kept until all have run.
     for (REALobjectStruct* object : objects) {
         if (IsLive(object) && !object->finished) RunDestructors(object);
     }

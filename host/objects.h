@@ -1,4 +1,4 @@
-// The objects that live: made, counted and destroyed here.
+// Makes, counts and destroys objects.
 #pragma once
 
 #include <cstdint>
@@ -13,9 +13,8 @@
 
 namespace ombrix::host {
 
-/// References are of two sorts: those that the host and the program hold, which are always right, and those that
-/// passed to a plug-in. Since they are counted apart, a plug-in that releases once too often is caught when it does,
-/// and cannot take an object from under the program.
+/// References of the host and the program, which are always right, are counted apart from those that plug-ins have. So
+/// a plug-in that releases once too often is caught when it does, and cannot destroy what the program still uses.
 class ObjectStore {
   public:
     explicit ObjectStore(Watch& watch) : watch_(watch) {}
@@ -23,35 +22,34 @@ class ObjectStore {
     ObjectStore(const ObjectStore&) = delete;
     ObjectStore& operator=(const ObjectStore&) = delete;
 
-    /// A new object, its memory 0 and its constructors run, with one reference, a plug-in's. Null without memory.
+    /// A new object: data of 0, then its constructors, and one reference for a plug-in. Null without memory.
     REALobjectStruct* Create(const Class& type);
 
-    /// Whether a handle is a live object's; any value may be asked about.
+    /// For any value, object or not.
     bool IsLive(REALobjectStruct* handle) const { return live_.contains(handle); }
-    /// `a Picture`, or what the handle is instead: `nil`, `a Picture that was destroyed in X.Y`, …
+    /// "a Picture"; or what else the handle is, such as "nil" or "a Picture that was destroyed in X.Y".
     std::string Describe(REALobjectStruct* handle) const;
 
-    /// A plug-in's references. The handles must be live.
+    /// References of plug-ins. The handles must be live.
     void Retain(REALobjectStruct* object) { ++object->references; }
     void Release(REALobjectStruct* object);
-    /// The host's and the program's references.
+    /// References of the host and the program.
     void Hold(REALobjectStruct* object);
     void LetGo(REALobjectStruct* object);
-    /// Makes a plug-in's reference the host's; a fault when the plug-ins have none.
+    /// Makes a plug-in's reference the program's. A fault when plug-ins have none.
     void Adopt(REALobjectStruct* object);
 
     std::int64_t LiveCount() const { return static_cast<std::int64_t>(live_.size()); }
 
-    /// Destroys what still lives, whatever references there are.
+    /// Regardless of references.
     void DestroyAll();
-    /// The same for the objects of one plug-in's classes.
+    /// The objects of one plug-in's classes.
     void DestroyAllOf(const std::string& plugin);
-    /// A sentence for each object that still lives, the oldest first.
+    /// A sentence for each object that still lives, oldest first.
     std::vector<std::string> DescribeLive() const;
 
   private:
-    /// An object that was destroyed a short while ago. Its memory is kept back, so that a handle to it is not soon a
-    /// handle to something else.
+    /// Keeps a destroyed object's memory for a while, so that its handle does not soon mean another object.
     struct Dead {
         REALobjectStruct* memory;
         std::string description;

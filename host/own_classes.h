@@ -1,5 +1,5 @@
-// The host's own classes, declared with the same records as a plug-in's: Picture, Graphics, Point and the progress
-// handler that calls back C++.
+// The host's own classes, in the same records as a plug-in's: Picture, Graphics, Point and a progress handler that
+// calls the program.
 #pragma once
 
 #include <cstdint>
@@ -19,27 +19,26 @@ inline constexpr char kGraphicsClass[] = "Graphics";
 inline constexpr char kPointClass[] = "Point";
 inline constexpr char kProgressHandlerClass[] = "ProgressHandler";
 
-/// The type of a picture that is not a bitmap, as its description tells.
+/// A picture's type in its description when it is not a bitmap.
 inline constexpr std::uint32_t kDrawingPicture = 1;
 
 struct PictureData {
     std::int64_t width = 0;               ///< pixels
     std::int64_t height = 0;              ///< rows
     std::int64_t depth = 0;               ///< bits per pixel; 0 without pixels
-    std::unique_ptr<PixelBuffer> pixels;  ///< null for a drawing, and for a picture that could not be made
+    std::unique_ptr<PixelBuffer> pixels;  ///< null for a drawing or a picture that could not be made
     bool isDrawing = false;
     REALobjectStruct* mask = nullptr;  ///< held
 
-    /// Takes on a size and depth, and no mask. When that cannot be, it has no pixels afterwards, and this answers
-    /// false.
+    /// Replaces pixels and mask. False, and no pixels, when they cannot be made.
     bool MakeBitmap(HostState& host, std::int64_t newWidth, std::int64_t newHeight, std::int64_t newDepth,
                     Content content);
-    /// Why `newMask` cannot be the mask of `self`, this data's picture; empty when it can.
+    /// Why `newMask` cannot be the mask of `self`, whose data this is; empty when it can.
     std::string ObjectionToMask(REALobjectStruct* self, REALobjectStruct* newMask) const;
     void SetMask(HostState& host, REALobjectStruct* newMask);
-    /// The mask, made white first when there is none and `create`. Null without memory.
+    /// With `create`, makes a white one where there is none. Null without memory.
     REALobjectStruct* Mask(HostState& host, bool create);
-    /// What a lock tells about the picture. False for one that has nothing to lock.
+    /// Fills in what a plug-in gets with a lock. False when there is nothing to lock.
     bool Describe(REALpictureDescription& description) const;
 };
 
@@ -52,14 +51,14 @@ struct ProgressHandlerData {
     std::function<void(std::int64_t, std::int64_t)> report;
 };
 
-/// The data of an object of the class, which the caller knows it to be of.
+/// An object's data. The caller knows its class.
 PictureData& PictureOf(REALobjectStruct* picture);
 PointData& PointOf(REALobjectStruct* point);
 ProgressHandlerData& ProgressHandlerOf(REALobjectStruct* handler);
-/// Lets a new Graphics object draw on a picture.
+/// Lets new Graphics draw on a picture.
 void AttachGraphics(HostState& host, REALobjectStruct* graphics, REALobjectStruct* picture);
 
-// The records, for the registry.
+// For the registry.
 REALclassDefinition& PictureDefinition();
 REALclassDefinition& GraphicsDefinition();
 REALclassDefinition& PointDefinition();
@@ -69,18 +68,18 @@ REALclassDefinition& ProgressHandlerDefinition();
 inline REALmethodDefinition MethodRow(REALproc function, const char* declaration) {
     return {function, 0, declaration, 0, {}};
 }
-/// Read and set where it lies in the class's data.
+/// Kept in the class's data.
 inline REALpropertyDefinition StoredProperty(const char* name, const char* type, std::size_t offset) {
     return {0, name, type, 0, {kStandardAccessor}, {kStandardAccessor}, static_cast<std::int64_t>(offset), {}};
 }
-/// Read through a function, and not set.
+/// Computed by a function.
 template <class Value>
 REALpropertyDefinition ReadOnlyProperty(const char* name, const char* type,
                                         Value (*getter)(REALobjectStruct*, std::int64_t)) {
     return {0, name, type, 0, {.function = reinterpret_cast<REALproc>(getter)}, {kNoAccessor}, 0, {}};
 }
 
-/// A class record by its filled fields.
+/// A class record, its empty fields left out.
 struct OwnClass {
     const char* name;
     std::size_t dataSize;

@@ -1,7 +1,6 @@
-#include "host/picture.h"
+#include "ombrix/picture.h"
 
 #include "host/own_classes.h"
-#include "host/text.h"
 
 namespace ombrix::host {
 namespace {

@@ -4,6 +4,7 @@
 
 #include "host/own_classes.h"
 #include "host/serve.h"
+#include "text/numbers.h"
 
 namespace ombrix::host {
 namespace {
@@ -23,7 +24,7 @@ void ConstructBitmap(REALobjectStruct* picture, std::int64_t width, std::int64_t
             host.watch.Fault("called Picture.Constructor on a picture that is locked");
             return;
         }
-        // Effects write every pixel of the pictures that they make, so these need not be cleared before.
+        // Effects write every pixel of the pictures that they make.
         PictureOf(picture).MakeBitmap(host, width, height, depth, Content::Any);
     });
 }
@@ -44,12 +45,12 @@ void AssignMask(REALobjectStruct* picture, REALobjectStruct* mask) {
         if (host.Passed(picture, kService, kPictureClass) == nullptr) return;
         if (mask != nullptr && host.Passed(mask, kService, kPictureClass) == nullptr) return;
         const std::string objection = PictureOf(picture).ObjectionToMask(picture, mask);
-        if (!objection.empty()) return host.watch.Fault("assigned a mask that cannot be: " + objection);
+        if (!objection.empty()) return host.watch.Fault("assigned an impossible mask: " + objection);
         PictureOf(picture).SetMask(host, mask);
     });
 }
 
-/// A new Graphics object for each reader; nil for a picture that has no pixels to draw on.
+/// New Graphics for each reader; nil when there is nothing to draw on.
 REALobjectStruct* GetGraphics(REALobjectStruct* picture, std::int64_t) {
     constexpr char kService[] = "Picture.Graphics";
     return Serve<REALobjectStruct*>(kService, [&](HostState& host) -> REALobjectStruct* {
@@ -100,7 +101,7 @@ PictureData& PictureOf(REALobjectStruct* picture) {
 bool PictureData::MakeBitmap(HostState& host, std::int64_t newWidth, std::int64_t newHeight, std::int64_t newDepth,
                              Content content) {
     SetMask(host, nullptr);
-    pixels.reset();  // before the new ones: there may not be memory for both
+    pixels.reset();  // first, since memory may not do for both
     pixels = PixelBuffer::Make(newWidth, newHeight, newDepth, content);
     isDrawing = false;
     width = pixels ? newWidth : 0;
@@ -113,14 +114,12 @@ std::string PictureData::ObjectionToMask(REALobjectStruct* self, REALobjectStruc
     if (newMask == nullptr) return {};
     const PictureData& other = PictureOf(newMask);
     if (other.width != width || other.height != height) {
-        const auto size = [](const PictureData& picture) {
-            return std::to_string(picture.width) + " x " + std::to_string(picture.height);
-        };
-        return "the mask has " + size(other) + " pixels and the picture " + size(*this);
+        return "the mask has " + text::Size(other.width, other.height) + " pixels and the picture " +
+               text::Size(width, height);
     }
-    // Pictures that hold each other would never be released.
+    // Pictures that hold each other would never be destroyed.
     for (REALobjectStruct* each = newMask; each != nullptr; each = PictureOf(each).mask) {
-        if (each == self) return "a picture cannot be its own mask, or its mask's";
+        if (each == self) return "a picture cannot be its own mask, or the mask of its mask";
     }
     return {};
 }

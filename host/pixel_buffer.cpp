@@ -4,15 +4,17 @@
 #include <limits>
 #include <utility>
 
+#include "text/numbers.h"
+
 namespace ombrix::host {
 namespace {
 
 constexpr std::int64_t kAlignment = 64;  // bytes, of the base address and of every row
-/// Plug-ins hold widths, heights and row bytes in 32 bits.
+/// Plug-ins keep sizes in 32 bits.
 constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
 constexpr std::int64_t kMostBytes = std::int64_t{1} << 39;
 
-/// `depth` bits times `width`, up to the next multiple of the alignment. The width is at most kMost.
+/// In bytes. `depth` is in bits per pixel, and the width is at most kMost.
 std::int64_t PaddedRowBytes(std::int64_t width, std::int64_t depth) {
     return (width * (depth / 8) + kAlignment - 1) / kAlignment * kAlignment;
 }
@@ -23,7 +25,7 @@ std::string PixelBuffer::Objection(std::int64_t width, std::int64_t height, std:
     if (depth != 16 && depth != 24 && depth != 32) {
         return "a picture has 16, 24 or 32 bits per pixel, not " + std::to_string(depth);
     }
-    const std::string size = std::to_string(width) + " x " + std::to_string(height) + " pixels";
+    const std::string size = text::Size(width, height) + " pixels";
     if (width < 0 || height < 0) return "there is no size of " + size;
     if (width > kMost || height > kMost || PaddedRowBytes(width, depth) > kMost) {
         return size + " of " + std::to_string(depth) + " bits are more than a plug-in can address";

@@ -12,7 +12,7 @@
 
 namespace ombrix::host {
 
-/// Where pixels lie, without owning them.
+/// Pixels, not owned.
 struct PixelView {
     std::uint8_t* base = nullptr;
     std::ptrdiff_t rowBytes = 0;
@@ -24,19 +24,19 @@ struct PixelView {
     std::size_t UsedRowBytes() const { return static_cast<std::size_t>(width * (depth / 8)); }
 };
 
-/// Rows of pixels and the bitmap context that describes them. Base and rows are aligned to 64 bytes; a size of 0 is
-/// fine. The context owns nothing.
+/// Pixels and the bitmap context that describes them to plug-ins. Base and rows are aligned to 64 bytes. A size of 0
+/// will do.
 class PixelBuffer {
   public:
-    /// Why there can be no buffer of this size and depth, as the end of a sentence; empty when there can.
+    /// Why such a buffer is impossible, as the end of a sentence; empty when it is possible.
     static std::string Objection(std::int64_t width, std::int64_t height, std::int64_t depth);
-    /// Null when there is an objection or no memory.
+    /// Null without memory, or when there is an Objection.
     static std::unique_ptr<PixelBuffer> Make(std::int64_t width, std::int64_t height, std::int64_t depth,
                                              Content content);
 
-    /// The pixels; those of a buffer made for any content are 0 from here on, if nobody had the context before.
+    /// The pixels. Content::Any becomes 0 first, unless a plug-in has the context already.
     const PixelView& View();
-    /// For plug-ins. Who gets the context of a buffer made for any content finds there what the memory held before.
+    /// For plug-ins, which find Content::Any as it is.
     CGContextRef Context();
 
   private:

@@ -13,16 +13,16 @@ namespace ombrix::host {
 namespace {
 
 constexpr std::size_t kAlignment = 64;                   // bytes
-constexpr std::size_t kLarge = std::size_t{1} << 20;     // below it the C library keeps memory as well
-constexpr std::size_t kHugePage = std::size_t{2} << 20;  // of all systems that have one of a fitting size
+constexpr std::size_t kLarge = std::size_t{1} << 20;     // the C library keeps smaller blocks
+constexpr std::size_t kHugePage = std::size_t{2} << 20;  // on processors whose huge pages have a useful size
 constexpr std::size_t kAlwaysKept = std::size_t{64} << 20;
 
 std::size_t RoundedUp(std::size_t bytes, std::size_t unit) { return (bytes + unit - 1) / unit * unit; }
 
-/// Large pictures get whole huge pages: a five-hundredth of the page faults, and fewer misses when columns are walked.
+/// Whole huge pages: 500 times fewer page faults, and fewer misses down a column.
 std::size_t LargeSize(std::size_t bytes) { return RoundedUp(bytes, kHugePage); }
 
-/// Pages of zeros from the system, or null.
+/// Pages of zeros, or null.
 std::uint8_t* Map(std::size_t size) {
     const std::size_t reserved = size + kHugePage;
     void* mapped = mmap(nullptr, reserved, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -33,12 +33,12 @@ std::uint8_t* Map(std::size_t size) {
     if (before > 0) munmap(start, before);
     if (before < kHugePage) munmap(start + before + size, kHugePage - before);
 #if defined(MADV_HUGEPAGE)
-    madvise(start + before, size, MADV_HUGEPAGE);  // a wish: without huge pages it works as well
+    madvise(start + before, size, MADV_HUGEPAGE);  // only a hint
 #endif
     return start + before;
 }
 
-/// The large blocks: those in use, counted, and those kept.
+/// Counts the large blocks in use, and has those that are kept.
 class Store {
   public:
     std::uint8_t* Take(std::size_t size, Content content) {
@@ -50,7 +50,7 @@ class Store {
         memory = Map(size);
         const std::lock_guard lock(mutex_);
         if (!memory) {
-            Keep(0);  // what is kept may be just what is missing
+            Keep(0);  // it may be what is missing
             memory = Map(size);
         }
         if (memory) inUse_ += size;
@@ -78,7 +78,7 @@ class Store {
 
     std::uint8_t* TakeKept(std::size_t size) {
         const std::lock_guard lock(mutex_);
-        // The one given back last is the likeliest to be in a cache.
+        // The one given back last is most likely in a cache.
         const auto found =
             std::find_if(kept_.rbegin(), kept_.rend(), [size](const Block& block) { return block.size == size; });
         if (found == kept_.rend()) return nullptr;
@@ -89,7 +89,7 @@ class Store {
         return memory;
     }
 
-    /// Lets go of the blocks that were kept longest, until no more than `most` bytes are kept.
+    /// Frees the blocks kept longest until at most `most` bytes are kept.
     void Keep(std::size_t most) {
         auto first = kept_.begin();
         for (; keptBytes_ > most; ++first) {
@@ -100,12 +100,12 @@ class Store {
     }
 
     std::mutex mutex_;
-    std::vector<Block> kept_;  ///< in the order in which they were given back
+    std::vector<Block> kept_;  ///< oldest first
     std::size_t keptBytes_ = 0;
     std::size_t inUse_ = 0;
 };
 
-/// Never destroyed: static objects of a program may hold pictures to the very end.
+/// Never destroyed: static objects may hold pictures to the very end.
 Store& TheStore() {
     static Store& store = *new Store;
     return store;

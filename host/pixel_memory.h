@@ -1,5 +1,5 @@
-// Memory for pixels. That of large pictures is kept for the next ones when it is given back: the system would take as
-// long to hand out its pages anew as an effect takes to fill them.
+// Memory for pixels. Large blocks are kept for the next picture: getting fresh pages from the system takes as long as
+// an effect takes to fill them.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@ namespace ombrix::host {
 
 enum class Content {
     Zeros,
-    Any,  ///< for those who write every byte that they read
+    Any,  ///< for writers of every byte that they read
 };
 
 struct GiveBackPixelMemory {
@@ -18,10 +18,10 @@ struct GiveBackPixelMemory {
     void operator()(std::uint8_t* memory) const;
 };
 
-/// Aligned to 64 bytes at least. Any thread may take and give back.
+/// Aligned to 64 bytes. Any thread may take and give back.
 using PixelMemory = std::unique_ptr<std::uint8_t, GiveBackPixelMemory>;
 
-/// Null without memory. What is kept is never more than what is in use, or 64 MiB.
+/// Null without memory. Keeps as much as is in use, or 64 MiB if that is more.
 PixelMemory TakePixelMemory(std::size_t bytes, Content content);
 
 }  // namespace ombrix::host

@@ -2,15 +2,15 @@
 
 #include <dlfcn.h>
 
-#include "host/error.h"
-#include "host/text.h"
+#include "ombrix/error.h"
 #include "platform/bitmap_context.h"
+#include "text/phrases.h"
 
 namespace ombrix::host {
 namespace {
 
-/// Plug-ins leave the platform's functions undefined. Where the program itself was linked with the platform they are
-/// found; where this library came as part of something that was loaded, the platform is known to that alone.
+/// Plug-ins need the platform's functions from the process. A program that is linked with the platform offers them by
+/// itself. One that loaded this library at run time does not, unless the platform is made global.
 void MakePlatformVisible() {
     Dl_info platform;
     if (dladdr(reinterpret_cast<void*>(&OmbrixBitmapContextCreate), &platform) == 0) return;
@@ -21,13 +21,13 @@ void MakePlatformVisible() {
 }  // namespace
 
 PluginFile::PluginFile(const std::filesystem::path& path) : path_(path.string()) {
-    const std::string name = Quoted(path_);
+    const std::string name = text::Quoted(path_);
     std::error_code status;
     if (!std::filesystem::exists(path, status)) throw Error("there is no plug-in file " + name);
     if (!std::filesystem::is_regular_file(path, status)) throw Error(name + " is no file, so it cannot be a plug-in");
 
     MakePlatformVisible();
-    // Without a folder in its name, a library would be looked for among the system's.
+    // A name without a folder would be looked up among the system's libraries.
     library_.reset(dlopen(std::filesystem::absolute(path).c_str(), RTLD_NOW | RTLD_LOCAL));
     if (!library_) {
         const char* reason = dlerror();

@@ -1,23 +1,23 @@
-// The shared object that a plug-in lies in.
+// A plug-in's shared object.
 #pragma once
 
 #include <filesystem>
 #include <memory>
 #include <string>
 
-#include "frame/definition_records.h"
+#include "sdk/definition_records.h"
 
 namespace ombrix::host {
 
-/// A loaded shared object with the entry of a plug-in; unloaded at the end of the scope.
+/// Loaded for the time of its scope.
 class PluginFile {
   public:
-    /// An Error, in one sentence, when there is no such file or it is no plug-in.
+    /// An Error when there is no such file, or it is no plug-in.
     explicit PluginFile(const std::filesystem::path& path);
 
     const std::string& Path() const { return path_; }
     void CallEntry(REALresolver resolver) const { entry_(resolver); }
-    /// Whether both are one and the same shared object.
+    /// Whether both are the same shared object.
     bool operator==(const PluginFile& other) const { return library_ == other.library_; }
 
   private:

@@ -17,9 +17,9 @@ void OnProgress(REALobjectStruct* handler, std::int64_t value, std::int64_t tota
     constexpr char kService[] = "ProgressHandler.OnProgress";
     Serve<void>(kService, [&](HostState& host) {
         if (host.Passed(handler, kService, kProgressHandlerClass) == nullptr) return;
-        // A copy: the report may let go of the handler.
+        // A copy: the report may release the handler.
         const auto report = ProgressHandlerOf(handler).report;
-        // Once a report has thrown, the call only goes on because it cannot be stopped; nobody wants its progress.
+        // The call cannot be stopped, but after an exception nobody wants its progress.
         if (!report || host.watch.HasKeptException()) return;
         try {
             report(value, total);
@@ -39,7 +39,7 @@ REALclassDefinition progressHandlerDefinition = MakeDefinition({
     .constructor = Construct,
     .destructor = Destruct,
     .methods = kMethods,
-    .interfaces = "IProgressHandler",
+    .interfaces = kProgressInterface.data(),
 });
 
 }  // namespace

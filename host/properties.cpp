@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "host/text.h"
+#include "text/names.h"
 
 namespace ombrix::host {
 namespace {
@@ -11,14 +11,14 @@ void* Storage(REALobjectStruct* object, const FoundProperty& found) {
     return static_cast<std::byte*>(ClassData(object, *found.owner->definition)) + found.property->row->parameter;
 }
 
-/// A stored value, without adding a reference. Values need not be aligned.
+/// Adds no reference. Stored values need not be aligned.
 Word Load(REALobjectStruct* object, const FoundProperty& found) {
     Word word;
     std::memcpy(&word, Storage(object, found), SizeOf(found.property->kind));
     return word;
 }
 
-/// A handle that a plug-in has stored or handed out, or null and a fault when it is not a live object's.
+/// Null, and a fault, for a handle of no live object.
 REALobjectStruct* LiveOrNil(HostState& host, REALobjectStruct* handle, const FoundProperty& found) {
     if (handle == nullptr || host.objects.IsLive(handle)) return handle;
     host.watch.NoteFault(found.owner->info.name + "." + found.property->name + " is " + host.objects.Describe(handle));
@@ -31,7 +31,7 @@ std::optional<FoundProperty> FindProperty(const Class& type, std::string_view na
     FoundProperty found;
     found.owner = type.FindUpwards([&](const Class& ancestor) {
         for (const Property& property : ancestor.properties) {
-            if (SameName(property.name, name)) found.property = &property;
+            if (text::SameName(property.name, name)) found.property = &property;
         }
         return found.property != nullptr;
     });
@@ -46,7 +46,7 @@ Word ReadProperty(HostState& host, REALobjectStruct* object, const FoundProperty
     Word word = stored ? Load(object, found) : Invoke(row.getter.function, arguments, kind);
     if (kind == Kind::Object) {
         word.object = LiveOrNil(host, word.object, found);
-        // A getter's result comes with a reference for the reader; a stored handle's stays where it is.
+        // Getters add a reference for the reader; stored handles come without.
         if (stored && word.object != nullptr) host.objects.Retain(word.object);
     }
     return word;
@@ -66,7 +66,7 @@ void WriteProperty(HostState& host, REALobjectStruct* object, const FoundPropert
         std::memcpy(Storage(object, found), &value, SizeOf(kind));
         return;
     }
-    // The new one first: it may be the old one. What is stored counts as the plug-in's, whose destructor releases it.
+    // The new one first: it may be the old one. The class's destructor releases what is stored.
     if (value.object != nullptr) host.objects.Retain(value.object);
     REALobjectStruct* old = LiveOrNil(host, Load(object, found).object, found);
     std::memcpy(Storage(object, found), &value, SizeOf(kind));

@@ -1,4 +1,4 @@
-// Properties, read and written as their rows say.
+// Reads and writes properties as their rows say.
 #pragma once
 
 #include <optional>
@@ -9,19 +9,19 @@
 
 namespace ombrix::host {
 
-/// A property, and the class of the object's ancestry that has it.
+/// A property, and the class that declares it.
 struct FoundProperty {
     const Class* owner = nullptr;
     const Property* property = nullptr;
 };
 
-/// A property by name, in any case, looked for from the class upwards.
+/// Looks in the class, then in its superclasses.
 std::optional<FoundProperty> FindProperty(const Class& type, std::string_view name);
 
-/// Reads a property. A reference that comes with it belongs to the caller, as one of the plug-ins'.
+/// A reference that comes with the value is a plug-in's, for the caller to release.
 Word ReadProperty(HostState& host, REALobjectStruct* object, const FoundProperty& found);
 
-/// Writes a property that has a setter. The value is of the property's type; its reference stays the caller's.
+/// The property has a setter, the value its type. The caller keeps its reference.
 void WriteProperty(HostState& host, REALobjectStruct* object, const FoundProperty& found, Word value);
 
 }  // namespace ombrix::host

@@ -1,4 +1,4 @@
-// What plug-ins have registered, checked and made ready for use.
+// What plug-ins have registered, checked.
 #pragma once
 
 #include <cstddef>
@@ -8,16 +8,19 @@
 #include <string_view>
 #include <vector>
 
-#include "frame/definition_records.h"
 #include "host/declaration.h"
-#include "host/reflection.h"
+#include "ombrix/reflection.h"
+#include "sdk/definition_records.h"
 
 namespace ombrix::host {
 
 struct Method {
     MethodDeclaration declaration;
-    std::string written;  ///< the declaration as registered
+    std::string written;  ///< as registered
     REALproc function = nullptr;
+    std::int64_t flags = 0;
+
+    MethodInfo Info() const;
 };
 
 struct Property {
@@ -27,7 +30,9 @@ struct Property {
     const REALpropertyDefinition* row = nullptr;
 };
 
-/// What a class may promise to have.
+/// A declaration without function. An Error says what is wrong with it.
+Method ReadMethod(std::string declaration);
+
 struct Interface {
     std::string name;
     std::vector<Method> methods;  ///< without functions
@@ -36,13 +41,13 @@ struct Interface {
 struct Class {
     const REALclassDefinition* definition = nullptr;
     const Class* superclass = nullptr;
-    std::vector<const Interface*> interfaces;  ///< of this class alone
+    std::vector<const Interface*> interfaces;  ///< without those of superclasses
     std::vector<Property> properties;
     std::vector<Method> methods;
     std::size_t instanceSize = 0;  ///< bytes from the handle to the end of the data
     ClassInfo info;
 
-    /// Calls `visit` with the class and then its superclasses, until it answers true.
+    /// Visits the class, then its superclasses, until `visit` returns true.
     template <class Visit>
     const Class* FindUpwards(Visit visit) const {
         for (const Class* ancestor = this; ancestor != nullptr; ancestor = ancestor->superclass) {
@@ -61,22 +66,20 @@ class Registry {
   public:
     Registry();
 
-    /// Takes a class in, and writes into its record where its data lies in an instance. An Error that names class and
-    /// row when the record cannot be used; nothing of it is kept then.
+    /// Adds a class, and notes in its record where its data lies in an object. An Error names class and row when the
+    /// record is bad; nothing of it is kept.
     void AddClass(REALclassDefinition& definition, const std::string& plugin);
     void AddModule(const REALmoduleDefinition& definition, const std::string& plugin);
 
-    /// Checks that every type named in a plug-in's rows exists. Classes may name each other in any order, so this
-    /// comes after the plug-in's last record.
+    /// Checks that all types in a plug-in's rows exist. Comes last, since classes may name each other in any order.
     void CheckTypes(const std::string& plugin) const;
-    /// Forgets what a plug-in has registered.
     void Remove(const std::string& plugin);
     bool HasAnyOf(const std::string& plugin) const;
 
     const Class* FindClass(std::string_view name) const;
     const Module* FindModule(std::string_view name) const;
     const Interface* FindInterface(std::string_view name) const;
-    /// The class that a plug-in means by a reference that it was given, or null.
+    /// The class behind a reference that plug-ins were given, or null.
     const Class* FindReference(REALclassRef reference) const;
 
     const std::vector<std::unique_ptr<Class>>& Classes() const { return classes_; }
@@ -92,14 +95,23 @@ class Registry {
     std::vector<std::unique_ptr<Module>> modules_;
 };
 
-/// How an object of `type` counts as one of what is named: 0 for its own class, 1 for the superclass and so on, one
-/// more than for the furthest superclass for an interface; -1 when it does not.
+/// Steps up from `type` to what is named: 0 for itself, 1 for its superclass; interfaces lie beyond the furthest
+/// superclass. -1 when it is neither.
 int Distance(const Class& type, std::string_view classOrInterface);
 
-/// The method of the class or its superclasses with this signature, or null.
+/// Null when there is none. A class's own method comes before a superclass's.
 const Method* FindMethod(const Class& type, std::string_view signature);
+const Method* FindMethod(const Module& module, std::string_view signature);
 
-/// The names of all properties, of the class itself first.
+/// Without methods that a derived class overrides.
+std::vector<const Method*> MethodsNamed(const Class& type, std::string_view name);
+std::vector<const Method*> MethodsNamed(const Module& module, std::string_view name);
+
+/// Each once.
+std::vector<std::string> MethodNames(const Class& type);
+std::vector<std::string> MethodNames(const Module& module);
+
+/// The class's own first.
 std::vector<std::string> PropertyNames(const Class& type);
 
 }  // namespace ombrix::host

@@ -1,4 +1,4 @@
-// The way in for plug-ins: every function of the host that a plug-in can call is wrapped in Serve.
+// The way in for plug-ins. Every function that they can call is wrapped in Serve.
 #pragma once
 
 #include <exception>
@@ -8,8 +8,8 @@
 
 namespace ombrix::host {
 
-/// Does `body(host)` and returns its result, or an empty one: when there is no host, when this is not its thread, and
-/// when something throws, since nothing may be thrown through a plug-in's frames. `service` is what faults call it.
+/// Returns `body(host)`. Returns an empty result when there is no host, on a foreign thread, and instead of an
+/// exception, which must not pass through a plug-in's frames. Faults name it `service`.
 template <class Result, class Body>
 Result Serve(const char* service, Body body) noexcept {
     HostState* host = HostState::Current();

@@ -3,19 +3,18 @@
 #include <cstdint>
 #include <string_view>
 
-#include "host/error.h"
 #include "host/own_classes.h"
 #include "host/properties.h"
 #include "host/serve.h"
-#include "host/text.h"
+#include "ombrix/error.h"
 
 namespace ombrix::host {
 namespace {
 
-// ---- Registration ---------------------------------------------------------------------------------------------
+// ---- Registration -------------------------------------------------------------------------------------------
 
-/// Takes a record of the plug-in that is being loaded. What is wrong with the first bad one fails the loading; those
-/// after it are not looked at.
+/// Adds a record of the plug-in that is being loaded. The first bad record ends the loading; the rest are not looked
+/// at.
 template <class Add>
 std::int32_t Register(const char* service, Add add) {
     return Serve<std::int32_t>(service, [&](HostState& host) {
@@ -51,8 +50,8 @@ std::int32_t RegisterModule(const REALmoduleDefinition* definition) {
 void RegisterPluginVersion(std::int32_t version) {
     Register("RegisterPluginVersion", [&](HostState&) {
         if (version == kDefinitionVersion) return;
-        throw Error("its records are of version " + std::to_string(version) + ", and this host reads version " +
-                    std::to_string(kDefinitionVersion) + " alone");
+        throw Error("its records are of version " + std::to_string(version) + ", and this host reads only version " +
+                    std::to_string(kDefinitionVersion));
     });
 }
 
@@ -60,7 +59,7 @@ double HostVersion() {
     return Serve<double>("REALGetRBVersion", [](HostState& host) { return host.options.version; });
 }
 
-// ---- Objects --------------------------------------------------------------------------------------------------
+// ---- Objects ------------------------------------------------------------------------------------------------
 
 REALclassRef FindClass(const char* name) {
     constexpr char kService[] = "pluginObjectType";
@@ -69,7 +68,7 @@ REALclassRef FindClass(const char* name) {
             host.watch.Fault("passed no name to pluginObjectType");
             return nullptr;
         }
-        // Only ever compared, so that a plug-in's rubbish is found out; see Registry::FindReference.
+        // Compared and never followed, so that rubbish from plug-ins does no harm; see Registry::FindReference.
         return reinterpret_cast<REALclassRef>(const_cast<Class*>(host.registry.FindClass(name)));
     });
 }
@@ -78,7 +77,7 @@ REALobjectStruct* CreateInstance(REALclassRef reference) {
     return Serve<REALobjectStruct*>("CreateInstance", [&](HostState& host) -> REALobjectStruct* {
         const Class* type = host.registry.FindReference(reference);
         if (type == nullptr) {
-            host.watch.Fault("passed something to CreateInstance that is no class");
+            host.watch.Fault("passed something that is no class to CreateInstance");
             return nullptr;
         }
         return host.objects.Create(*type);
@@ -107,13 +106,13 @@ void* LoadObjectMethod(REALobjectStruct* object, const char* declaration) {
             const Method* method = FindMethod(*object->type, signature);
             return method == nullptr ? nullptr : reinterpret_cast<void*>(method->function);
         } catch (const Error& error) {
-            host.watch.Fault(std::string("asked for a method in words that cannot be read: ") + error.what());
+            host.watch.Fault(std::string("asked for a method by a declaration that cannot be read: ") + error.what());
         }
         return nullptr;
     });
 }
 
-/// The value of a property of this kind, with its reference.
+/// With its reference. Nothing when the object has no property of this kind.
 std::optional<Word> PropertyOfKind(HostState& host, const char* service, REALobjectStruct* object, const char* name,
                                    const void* result, Kind kind) {
     if (host.Passed(object, service) == nullptr) return std::nullopt;
@@ -126,7 +125,7 @@ std::optional<Word> PropertyOfKind(HostState& host, const char* service, REALobj
     return ReadProperty(host, object, *found);
 }
 
-/// False for a property that is nil, too: a reader who is told that it has an object uses it.
+/// False also for nil: after true, callers use the object.
 bool ObjectProperty(REALobjectStruct* object, const char* name, REALobjectStruct** result) {
     constexpr char kService[] = "REALGetPropValueObject";
     return Serve<bool>(kService, [&](HostState& host) {
@@ -147,9 +146,9 @@ bool IntegerProperty(REALobjectStruct* object, const char* name, std::int64_t* r
     });
 }
 
-// ---- Pictures -------------------------------------------------------------------------------------------------
+// ---- Pictures -----------------------------------------------------------------------------------------------
 
-/// Locks a picture whose description is, if one is given, of the wanted type.
+/// Locks a picture. With a `type`, only a picture of that type.
 bool Lock(const char* service, REALobjectStruct* picture, REALpictureDescription* description,
           std::optional<std::uint32_t> type) {
     return Serve<bool>(service, [&](HostState& host) {
@@ -182,7 +181,7 @@ void UnlockDescription(REALobjectStruct* picture) {
     });
 }
 
-// ---- The table ------------------------------------------------------------------------------------------------
+// ---- The table ----------------------------------------------------------------------------------------------
 
 struct Service {
     std::string_view name;

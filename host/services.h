@@ -1,9 +1,9 @@
-// What plug-ins can ask the host for.
+// What plug-ins ask the host for.
 #pragma once
 
 namespace ombrix::host {
 
-/// The resolver that plug-ins get: the entry of a service by its name, null when the host has none, or is not to have.
+/// The resolver for plug-ins: a service's entry by name; null for unknown and withheld ones.
 void* Resolve(const char* name) noexcept;
 
 }  // namespace ombrix::host

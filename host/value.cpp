@@ -1,5 +1,6 @@
-#include "host/error.h"
-#include "host/object.h"
+#include "ombrix/value.h"
+
+#include "ombrix/error.h"
 
 namespace ombrix::host {
 namespace {

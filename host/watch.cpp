@@ -5,10 +5,10 @@
 #include <cstdlib>
 #include <utility>
 
-#include "host/error.h"
 #include "host/instance.h"
 #include "host/registry.h"
-#include "host/text.h"
+#include "ombrix/error.h"
+#include "text/phrases.h"
 
 namespace ombrix::host {
 
@@ -26,7 +26,7 @@ void Watch::NoteFault(std::string sentence) {
     try {
         if (report_) report_(faults_.back());
     } catch (...) {
-        // A report cannot be allowed to throw through a plug-in's frames; the fault is noted all the same.
+        // Must not reach a plug-in's frames.
     }
 }
 
@@ -87,11 +87,11 @@ std::int64_t Watch::LockCount(REALobjectStruct* picture) const {
 }
 
 void Watch::FaultForLocksLeftBy(const Call& call) {
-    // By index: what reports a fault may itself lock.
+    // By index, since reporting a fault may add locks.
     for (std::size_t i = 0; i < locks_.size(); ++i) {
         if (locks_[i].owner != call.serial_) continue;
         locks_[i].owner = kLeftBehind;
-        Fault("left " + WithArticle(locks_[i].picture->type->info.name) + " locked when it returned");
+        Fault("left " + text::WithArticle(locks_[i].picture->type->info.name) + " locked when it returned");
     }
 }
 
@@ -102,7 +102,7 @@ Watch::Call::Call(Watch& watch, std::string name)
 
 Watch::Call::~Call() {
     if (ended_) return;
-    if (thrown_) watch_.Fault("could not be ended by what a progress report threw; it was dropped");
+    if (thrown_) watch_.Fault("dropped what a progress report threw");
     End();
 }
 

@@ -1,4 +1,4 @@
-// Keeps watch over what passes between host and plug-ins: the calls in progress, the locks on pictures, and the faults.
+// Watches the traffic between host and plug-ins: calls in progress, locks, faults.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,8 @@
 #include <thread>
 #include <vector>
 
-#include "frame/definition_records.h"
-#include "host/host.h"
+#include "ombrix/host.h"
+#include "sdk/definition_records.h"
 
 namespace ombrix::host {
 
@@ -20,29 +20,28 @@ class Watch {
 
     bool OnOwnThread() const { return std::this_thread::get_id() == thread_; }
 
-    /// Notes that the call in progress, or the program when there is none, did what `deed` says.
+    /// Notes a fault, "<culprit> <deed>".
     void Fault(const std::string& deed);
-    /// Notes a whole sentence.
+    /// Notes a fault that is a whole sentence.
     void NoteFault(std::string sentence);
-    /// Notes that another thread asked for this service. The one function here that any thread may call.
+    /// Notes that a foreign thread called this service. The one function for any thread.
     void FaultOfOtherThread(const char* service);
     const std::vector<std::string>& Faults();
 
-    /// `ColorFilterEffect.Apply`, or `the program`.
+    /// The call in progress, such as "ColorFilterEffect.Apply", or "the program".
     std::string Culprit() const;
 
-    /// A call into a plug-in, from here to the end of the scope.
+    /// A call into a plug-in, for the time of its scope.
     class Call;
-    /// Keeps what the program threw inside a call, to be thrown on when the plug-in has returned.
+    /// Keeps what the program threw inside a call until the plug-in has returned.
     void KeepException(std::exception_ptr thrown);
     bool HasKeptException() const;
 
     enum class Locker { Program, Plugin };
     void AddLock(REALobjectStruct* picture, Locker locker);
-    /// Ends the latest lock of the picture that the locker may end; without one, a fault. `description` is what the
-    /// fault calls the picture.
+    /// Ends the latest lock that the locker may end; a fault when there is none. `description` is the picture's.
     void EndLock(REALobjectStruct* picture, Locker locker, const std::string& description);
-    /// Forgets all locks of a picture; how many there were.
+    /// Forgets all locks of a picture. Returns their number.
     std::int64_t DropLocks(REALobjectStruct* picture);
     std::int64_t LockCount(REALobjectStruct* picture) const;
     std::int64_t LockCount() const { return static_cast<std::int64_t>(locks_.size()); }
@@ -50,10 +49,10 @@ class Watch {
   private:
     struct Lock {
         REALobjectStruct* picture;
-        std::uint64_t owner;  ///< serial of the call that took it, or one of the two below
+        std::uint64_t owner;  ///< serial of the call that took it, or one of these:
     };
     static constexpr std::uint64_t kProgram = 0;
-    static constexpr std::uint64_t kLeftBehind = ~std::uint64_t{0};  ///< anyone may end it
+    static constexpr std::uint64_t kLeftBehind = ~std::uint64_t{0};  ///< free for anyone to end
 
     std::uint64_t OwnerFor(Locker locker) const;
     void FaultForLocksLeftBy(const Call& call);
@@ -73,15 +72,14 @@ class Watch {
 
 class Watch::Call {
   public:
-    /// `name` is what faults call it.
+    /// Faults name the call `name`.
     Call(Watch& watch, std::string name);
-    /// Ends the call without throwing: its faults stay noted.
+    /// Notes faults and does not throw.
     ~Call();
     Call(const Call&) = delete;
     Call& operator=(const Call&) = delete;
 
-    /// Ends the call: throws on what the program threw during it, or else an Error for its first fault, as the policy
-    /// has it.
+    /// Ends the call. Throws on what the program threw in it, or else, by policy, an Error for its first fault.
     void Finish();
 
   private:

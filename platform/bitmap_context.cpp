@@ -14,7 +14,7 @@ CGContextRef OmbrixBitmapContextCreate(void* data, std::size_t bytesPerRow, std:
 
 void OmbrixBitmapContextRelease(CGContextRef context) { delete context; }
 
-// A null context describes nothing, as on macOS: it is answered with null and 0.
+// A null context gives null and 0, as on macOS.
 
 void* CGBitmapContextGetData(CGContextRef context) { return context ? context->data : nullptr; }
 

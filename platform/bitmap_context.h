@@ -1,4 +1,4 @@
-// How a host describes the pixels of a picture to a plug-in where the system has no bitmap contexts of its own.
+// Making bitmap contexts, for hosts on systems that have none.
 #pragma once
 
 #include <cstddef>
@@ -8,10 +8,10 @@
 #pragma GCC visibility push(default)
 extern "C" {
 
-/// Makes a context that describes `data` and does not own it. Null when there is no memory for it.
+/// Makes a context that describes `data` but does not own it. Null when out of memory.
 CGContextRef OmbrixBitmapContextCreate(void* data, std::size_t bytesPerRow, std::size_t bitsPerPixel);
 
-/// Frees a context. The pixels that it described are left alone.
+/// Frees a context, not its pixels.
 void OmbrixBitmapContextRelease(CGContextRef context);
 
 }  // extern "C"

@@ -1,5 +1,5 @@
-// Bitmap contexts: where the pixels of a locked picture lie. macOS brings them; elsewhere `libombrix_platform`
-// defines the same three functions (see platform/bitmap_context.h for how a host makes a context there).
+// Bitmap contexts, which describe the pixels of locked pictures. macOS has them; elsewhere libombrix_platform defines
+// these three functions, and platform/bitmap_context.h makes contexts.
 #pragma once
 
 #ifdef __APPLE__
@@ -8,20 +8,19 @@
 
 #include <cstddef>
 
-// Exported from libombrix_platform, though all else here is compiled to stay hidden.
+// Exported from libombrix_platform; the build hides all else.
 #pragma GCC visibility push(default)
 extern "C" {
 
-/// A bitmap context; opaque to everybody but the platform.
+/// Opaque to all but the platform.
 using CGContextRef = struct CGContext*;
 
-/// The address of the first byte of the first row.
+/// The first byte of the first row.
 void* CGBitmapContextGetData(CGContextRef context);
 
-/// The distance from a row's first byte to the next row's, in bytes.
+/// Bytes from the start of a row to the start of the next.
 std::size_t CGBitmapContextGetBytesPerRow(CGContextRef context);
 
-/// The size of a pixel in bits.
 std::size_t CGBitmapContextGetBitsPerPixel(CGContextRef context);
 
 }  // extern "C"

@@ -1,5 +1,5 @@
-// Tasks that run at once and queues that tell when they have ended. macOS brings them; elsewhere
-// `libombrix_platform` defines the same five functions, with the same names, arguments and statuses.
+// Concurrent tasks, and queues of the messages that they end with. macOS has them; elsewhere libombrix_platform defines
+// these functions.
 #pragma once
 
 #ifdef __APPLE__
@@ -10,7 +10,7 @@
 
 #include <cstdint>
 
-// Exported from libombrix_platform, though all else here is compiled to stay hidden.
+// Exported from libombrix_platform; the build hides all else.
 #pragma GCC visibility push(default)
 extern "C" {
 
@@ -20,22 +20,22 @@ using MPTaskID = struct OpaqueMPTaskID*;
 /// The number of processors that can run tasks.
 unsigned long MPProcessorsScheduled(void);
 
-/// Makes a notification queue. 0, or a status that says why not; the queue is then left as it was.
+/// Makes a queue. 0, or an error status: `queue` is then unchanged.
 std::int32_t MPCreateQueue(MPQueueID* queue);
 
-/// Starts a task that calls `entry(parameter)` once. When `entry` returns, the message (`termination1`,
-/// `termination2`, its result) is posted on `notifyQueue`, which may be null. `stackSize` 0 is the platform's
-/// default; `options` are 0; `task` may be null. 0, or a status: then no task was started.
+/// Starts a task that calls `entry(parameter)`, then posts the message (`termination1`, `termination2`, the result) on
+/// `notifyQueue`. `stackSize` is in bytes, 0 for the default; `options` is 0; `notifyQueue` and `task` may be null. 0,
+/// or an error status: no task was started.
 std::int32_t MPCreateTask(std::int32_t (*entry)(void*), void* parameter, unsigned long stackSize, MPQueueID notifyQueue,
                           void* termination1, void* termination2, std::uint32_t options, MPTaskID* task);
 
-/// Takes the oldest message from a queue, waiting for one if there is none. Each of the three addresses may be null.
-/// `duration` is in milliseconds when positive and in microseconds when negative; 0 does not wait and 0x7fffffff
-/// waits without limit. 0 when a message was taken, -29296 when the time was up.
+/// Takes the oldest message from a queue, or waits for one. The three addresses may be null. `duration` is in
+/// milliseconds when positive, in microseconds when negative; kWaitForever has no limit. 0 with a message, else
+/// kWaitTimedOut or an error status.
 std::int32_t MPWaitOnQueue(MPQueueID queue, void** parameter1, void** parameter2, void** parameter3,
                            std::int32_t duration);
 
-/// Deletes a queue. Tasks that still run may be attached to it; their messages are then dropped.
+/// Deletes a queue. Messages of tasks that still run are dropped.
 std::int32_t MPDeleteQueue(MPQueueID queue);
 
 }  // extern "C"
@@ -43,7 +43,6 @@ std::int32_t MPDeleteQueue(MPQueueID queue);
 
 #endif
 
-/// A wait without limit, and the status of a wait whose time was up. (The system's own names for these two are
-/// enumerators there, so ours differ.)
-inline constexpr std::int32_t kWaitForever = 0x7fffffff;
-inline constexpr std::int32_t kWaitTimedOut = -29296;
+// The system's own names for these are enumerators, so they differ.
+inline constexpr std::int32_t kWaitForever = 0x7fffffff;  // a duration
+inline constexpr std::int32_t kWaitTimedOut = -29296;     // a status

@@ -1,4 +1,4 @@
-// Staying awake for a moment, where what a thread waits for may come sooner than a sleeping thread wakes.
+// Spinning for a moment before a thread sleeps, since what it waits for may come sooner than it would wake.
 #pragma once
 
 #include <sched.h>
@@ -9,15 +9,13 @@
 
 namespace ombrix::platform {
 
-/// Whether processor time that was offered to others lately came back late: mostly because other programs took it, now
-/// and then because a long task of this one did, next to which the loss is small.
+/// Notices that other work competes for the processors: one that was yielded came back late.
 class Crowd {
   public:
     using Clock = std::chrono::steady_clock;
 
     bool IsThere(Clock::time_point now) const { return now.time_since_epoch().count() < until_.load(kRelaxed); }
 
-    /// Takes note that the processor was given away at `before` and came back at `after`.
     void Note(Clock::time_point before, Clock::time_point after) {
         const auto lost = after - before;
         if (lost > kShortTask) until_.store((after + kAvoidedFor * lost).time_since_epoch().count(), kRelaxed);
@@ -25,9 +23,9 @@ class Crowd {
 
   private:
     static constexpr auto kRelaxed = std::memory_order_relaxed;
-    /// Threads with long work of their own keep a processor for some milliseconds once they have it.
+    /// Threads with long work keep a processor for some milliseconds.
     static constexpr std::chrono::microseconds kShortTask{500};
-    /// So that what is lost to them is a tenth of the time at most.
+    /// No spinning for so many times the loss: a tenth of the time is lost at most.
     static constexpr int kAvoidedFor = 10;
 
     std::atomic<Clock::rep> until_ = Clock::time_point::min().time_since_epoch().count();
@@ -35,14 +33,13 @@ class Crowd {
 
 inline Crowd gCrowd;
 
-/// About what it takes to wake a thread where the processor for it is a virtual one that has gone idle: 40 to 100 us
-/// were measured, and 3 us where it is awake. Who stays awake for as long never waits more than twice the time.
+/// Spins for about one wake-up: at most twice the best possible wait. Waking a thread took 40 to 100 us on an idle
+/// virtual processor, 3 us on one that is awake.
 inline constexpr std::chrono::microseconds kMoment{50};
 
-/// Returns when `condition` holds, and after a moment or `atMost` in any case.
-/// The processor is offered to others all the while: there may be more threads awake than processors, and what is
-/// waited for may be done by a thread whose turn comes after this one's. A crowd would not give it back soon, whereas
-/// a thread that slept has its turn early, so that this returns at once where there is one.
+/// Returns when `condition` holds, but no later than after kMoment or `atMost`.
+/// Yields all the while: the thread that is waited for may need this processor. Returns at once in a crowd, which gives
+/// a processor back late, whereas a thread that slept is scheduled early.
 template <typename Condition>
 void StayAwakeUntil(Condition condition, std::chrono::microseconds atMost = kMoment) {
     auto now = Crowd::Clock::now();

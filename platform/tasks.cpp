@@ -1,12 +1,11 @@
-// Tasks on threads that are kept and reused, and the queues on which tasks tell that they have ended.
+// Tasks on threads that are kept and reused, and the queues that tasks notify.
 //
-// Tasks stand in one line, and any thread without a task takes the first: a short task runs on a thread that is awake
-// before the one that was called for it has come. There are always as many threads on their way to the line as tasks in
-// it, so that n tasks run at once, whatever they wait for.
+// Tasks wait in one line, and any free thread takes the first: one that is awake may be there before the one called. At
+// least as many threads are coming as there are tasks in the line, so n tasks run at once, whatever they wait for.
 //
-// One mutex guards everything. It is held for some instructions at a time, or while a thread is started, never while a
-// task runs. A thread posts its task's message and is on its way to the line under one hold of it: whoever has taken
-// the message finds the thread there, so a caller that always runs n tasks at once never causes more than n threads.
+// One mutex guards everything, and is never held while a task runs. A thread posts its task's message and counts as
+// coming again under one lock: whoever has the message finds the thread free, so n tasks at once never cause more than
+// n threads.
 #include <pthread.h>
 #include <sched.h>
 #include <signal.h>
@@ -32,16 +31,16 @@ namespace {
 using ombrix::platform::Crowd;
 using ombrix::platform::StayAwakeUntil;
 
-// The statuses of the system's own functions, so that a caller can treat both alike.
+// The system's own statuses.
 constexpr std::int32_t kBadParameter = -50;
 constexpr std::int32_t kDeleted = -29295;
 constexpr std::int32_t kInsufficientResources = -29298;
 constexpr std::int32_t kInvalidId = -29299;
 
-/// Numbers that are never given twice: the name of a deleted queue stays dead, whoever still uses it.
+/// Numbers that are never reused, so that a deleted queue's stays invalid.
 using Id = std::uintptr_t;
 
-/// What to run, and from then on the message to post: memory for the message is there once the task is.
+/// A task, and later its message: posting needs no memory.
 struct Task {
     std::int32_t (*entry)(void*);
     void* parameter;
@@ -51,17 +50,17 @@ struct Task {
     std::int32_t result;
 };
 
-/// Tasks move between lists by splicing, which neither allocates nor fails.
+/// Tasks move by splicing, which neither allocates nor fails.
 using Tasks = std::list<Task>;
 
 struct Queue {
     Tasks messages;
     bool deleted = false;
-    std::atomic<bool> isReady = false;  // whether there is a message, or none will come: for a look without the mutex
+    std::atomic<bool> isReady = false;  // there is a message, or none will come; read without the mutex
     std::condition_variable changed;
 };
 
-/// A thread that sleeps until it is called. It lies on its thread's stack.
+/// A sleeping thread, on that thread's stack.
 struct IdleThread {
     bool isCalled = false;
     std::condition_variable called;
@@ -80,18 +79,17 @@ struct State {
     Id nextId;
     std::unordered_map<Id, std::shared_ptr<Queue>> queues;
     Tasks line;                         // tasks that no thread has begun, the oldest first
-    std::atomic<bool> hasLine = false;  // whether there are any: for a look without the mutex
-    std::size_t coming = 0;             // threads that have no task and will look at the line before they sleep
-    IdleThread* idle = nullptr;         // the latest first: its stack is the warmest
-    Tasks spare;                        // finished tasks whose memory the next ones take
+    std::atomic<bool> hasLine = false;  // there are any; read without the mutex
+    std::size_t coming = 0;             // threads without a task that will look at the line before they sleep
+    IdleThread* idle = nullptr;         // the latest first, whose stack is warmest in the caches
+    Tasks spare;                        // memory for the next tasks
 };
 
-/// The state of this process, made when it is first needed. It is never destroyed, since the threads use it until the
-/// process ends, and other code's destructors may still call in here.
+/// Never destroyed: threads use it until the process ends, and destructors elsewhere may call in here.
 State& Shared() {
     alignas(State) static std::byte storage[sizeof(State)];
     static State* const state = [] {
-        // A forked child has none of the threads, and perhaps a mutex that one of them held: it starts afresh.
+        // A forked child has none of the threads, and perhaps a locked mutex.
         pthread_atfork(nullptr, nullptr, [] {
             const Id nextId = Shared().nextId;
             new (storage) State(nextId);
@@ -101,7 +99,7 @@ State& Shared() {
     return *state;
 }
 
-/// Threads inherit the mask of their creator: a signal to the process must reach a thread that its program knows of.
+/// New threads inherit this mask: signals are for threads that the program knows.
 class AllSignalsBlocked {
   public:
     AllSignalsBlocked() {
@@ -117,7 +115,7 @@ class AllSignalsBlocked {
     sigset_t before_;
 };
 
-/// Sleeps until called, unless there is a task by then. The thread is one of those coming, before and after.
+/// Sleeps until called, unless a task comes first. The thread counts as coming, before and after.
 void AwaitCall(State& state, std::unique_lock<std::mutex>& lock, IdleThread& self) {
     lock.unlock();
     StayAwakeUntil([&state] { return state.hasLine.load(std::memory_order_relaxed); });
@@ -130,7 +128,7 @@ void AwaitCall(State& state, std::unique_lock<std::mutex>& lock, IdleThread& sel
     }
 }
 
-/// Posts the message of the one task in `finished`.
+/// Posts the message of the task in `finished`.
 void Post(State& state, std::unique_lock<std::mutex>& lock, Tasks& finished) {
     const std::shared_ptr<Queue> queue = state.Find(finished.front().queue);
     if (!queue) {
@@ -139,12 +137,12 @@ void Post(State& state, std::unique_lock<std::mutex>& lock, Tasks& finished) {
     }
     queue->messages.splice(queue->messages.end(), finished);
     queue->isReady = true;
-    lock.unlock();  // or the woken thread would run into the mutex
+    lock.unlock();  // or the woken thread would have to wait for it
     queue->changed.notify_one();
     lock.lock();
 }
 
-/// The life of a thread, which counts as coming: runs one task after the other until the process ends.
+/// Runs one task after the other until the process ends. The thread counts as coming.
 [[noreturn]] void RunTasks() {
     State& state = Shared();
     IdleThread self;
@@ -173,7 +171,7 @@ void StartThread() {
     std::thread(RunTasks).detach();
 }
 
-/// Throws std::system_error or std::bad_alloc when there is no thread for the task; it is not started then.
+/// Throws std::system_error or std::bad_alloc when there is no thread or memory for the task.
 void Start(State& state, std::unique_lock<std::mutex>& lock, const Task& task) {
     Tasks started;
     if (state.spare.empty()) {
@@ -189,7 +187,7 @@ void Start(State& state, std::unique_lock<std::mutex>& lock, const Task& task) {
             state.idle = called->next;
             called->isCalled = true;
         } else {
-            StartThread();  // under the mutex, so that no one takes the task before it is known to have a thread
+            StartThread();  // under the mutex: the task joins the line only once it has a thread
         }
         ++state.coming;
     }
@@ -201,7 +199,7 @@ void Start(State& state, std::unique_lock<std::mutex>& lock, const Task& task) {
     }
 }
 
-/// All threads are alike, with the default stack; a task that asks for more cannot be promised any.
+/// Whether a thread's stack, of the default size, is large enough.
 bool FitsTheStack(unsigned long stackSize) {
     pthread_attr_t attributes;
     if (stackSize == 0 || pthread_attr_init(&attributes) != 0) {
@@ -235,10 +233,10 @@ Id ToId(MPQueueID queue) { return reinterpret_cast<Id>(queue); }
 
 }  // namespace
 
-/// The processors that the calling thread, and so every thread that it starts, may run on.
+/// Counts the processors that the calling thread may run on.
 unsigned long MPProcessorsScheduled(void) {
     std::vector<cpu_set_t> mask(1);
-    // The kernel refuses a mask that is smaller than its own; larger ones are found by trying.
+    // The kernel refuses masks smaller than its own, whose size it does not tell.
     while (sched_getaffinity(0, mask.size() * sizeof(cpu_set_t), mask.data()) != 0) {
         if (errno != EINVAL || mask.size() >= 1024) {
             return 1;
@@ -293,7 +291,7 @@ std::int32_t MPWaitOnQueue(MPQueueID queue, void** parameter1, void** parameter2
                            std::int32_t duration) {
     State& state = Shared();
     std::unique_lock lock(state.mutex);
-    // Held for as long as the wait lasts, so that a deletion meanwhile leaves something to wait on.
+    // Shared, so that it outlives a deletion during the wait.
     const std::shared_ptr<Queue> waited = state.Find(ToId(queue));
     if (!waited) {
         return kInvalidId;

@@ -1,8 +1,7 @@
-// The least that a program needs to put a picture through an effect.
-//     embed_example build/release/libombrix.so
+// Puts a picture through an effect: embed_example build/release/libombrix.so
 #include <cstdio>
 
-#include "host/host.h"
+#include "ombrix/host.h"
 
 int main(int argc, char** argv) try {
     using namespace ombrix::host;

@@ -1,12 +1,11 @@
 // A plug-in of its own with one effect, PosterizeEffect, that builds on the class MPImageFilter of another plug-in: it
 // is linked with nothing of that plug-in and reaches its engine through the base data of its objects.
 // docs/writing-an-effect.md walks through this file.
-#include "frame/definition_rows.h"
-#include "frame/host_calls.h"
-#include "frame/host_reference.h"
-#include "frame/plugin_entry.h"
-#include "picture/function_lookup.h"
-#include "picture/map_effect.h"
+#include "sdk/definition_rows.h"
+#include "sdk/engine_functions.h"
+#include "sdk/host_calls.h"
+#include "sdk/host_reference.h"
+#include "sdk/plugin_main.h"
 
 namespace {
 
@@ -39,13 +38,13 @@ struct LevelTable {
 };
 
 /// Calls `map(base, source, mask, params)`, a function of the engine that works with tables, with the object's levels
-/// and mask; `map` has type `Function`. Gives nothing when the levels make no sense.
-template <class Function>
+/// and mask; `map` has type `MapProc`. Gives nothing when the levels make no sense.
+template <class MapProc>
 auto Posterize(REALobjectStruct* object, REALobjectStruct* source, EngineFunction number) {
-    using Result = decltype(static_cast<Function*>(nullptr)(nullptr, nullptr, nullptr, nullptr));
+    using Result = decltype(static_cast<MapProc>(nullptr)(nullptr, nullptr, nullptr, nullptr));
     const PosterizeData& data = *DataOf(object);
     MPImageFilterData* base = BaseDataOf(DataOf(object));
-    const auto map = reinterpret_cast<Function*>(base->GetFunction(static_cast<std::int32_t>(number)));
+    const auto map = reinterpret_cast<MapProc>(base->GetFunction(static_cast<std::int32_t>(number)));
     if (!map || data.levels < 2 || data.levels > 256) {
         base->ErrorCode = ILLEGAL_INPUT_PARAMETER;
         return Result();
@@ -58,11 +57,11 @@ auto Posterize(REALobjectStruct* object, REALobjectStruct* source, EngineFunctio
 }
 
 REALobjectStruct* Apply(REALobjectStruct* object, REALobjectStruct* source) {
-    return Posterize<decltype(ApplyMapEffect)>(object, source, EngineFunction::ApplyMapEffect);
+    return Posterize<ApplyMapEffectProc>(object, source, EngineFunction::ApplyMapEffect);
 }
 
 void ApplyInPlace(REALobjectStruct* object, REALobjectStruct* source) {
-    Posterize<decltype(ApplyMapEffectInPlace)>(object, source, EngineFunction::ApplyMapEffectInPlace);
+    Posterize<ApplyMapEffectInPlaceProc>(object, source, EngineFunction::ApplyMapEffectInPlace);
 }
 
 void Constructor(REALobjectStruct* object) { *DataOf(object) = {}; }

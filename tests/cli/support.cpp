@@ -18,7 +18,7 @@ class ImageLibrary : public testing::Environment {
   public:
     void SetUp() override {
         ASSERT_EQ(VIPS_INIT("cli_tests"), 0);
-        // Files are written anew under the same names: none may be remembered.
+        // Tests rewrite files under the same names.
         vips_cache_set_max(0);
     }
     void TearDown() override { vips_shutdown(); }

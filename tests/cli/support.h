@@ -1,4 +1,4 @@
-// Running the built command as a user does, on files in a folder of its own.
+// Runs the built command as a user does.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -17,12 +17,11 @@ namespace ombrix::test {
 
 namespace fs = std::filesystem;
 
-/// The built command.
 inline constexpr const char* kCommand = OMBRIX_BUILD_DIR "/ombrix";
 
-/// What became of a run of the command.
+/// The result of running a program.
 struct Outcome {
-    int status = 0;  ///< exit status, or minus the signal that ended the process
+    int status = 0;  ///< exit status, or minus the signal that ended it
     std::string out;
     std::string err;
 };
@@ -30,7 +29,7 @@ struct Outcome {
 /// Red, green, blue, alpha.
 using Pixel = std::array<int, 4>;
 
-/// A new folder, in which the command is run and which goes away with the test. Files are named relative to it.
+/// A new folder, which goes away with the test. The command runs in it, and file names are relative to it.
 class CommandTest : public testing::Test {
   protected:
     CommandTest();
@@ -38,27 +37,27 @@ class CommandTest : public testing::Test {
 
     fs::path Path(const std::string& name) const { return folder_ / name; }
 
-    /// Starts a program, which is looked for where the system has its programs, as Start does the command.
+    /// Starts a program from PATH, as Start does the command.
     pid_t StartProgram(std::vector<std::string> words, const std::function<void()>& prepare = {}) const;
-    /// Starts the command; its output goes to files outside the folder. `prepare` runs in the child just before.
+    /// Starts the command with its output in files elsewhere. `prepare` runs in the child just before.
     pid_t Start(const std::vector<std::string>& words, const std::function<void()>& prepare = {}) const;
     Outcome Finish(pid_t child) const;
     Outcome Ombrix(const std::vector<std::string>& words, const std::function<void()>& prepare = {}) const {
         return Finish(Start(words, prepare));
     }
-    /// Runs the command and expects it to succeed without a word on standard error.
+    /// Expects success and nothing on standard error.
     void Expect(const std::vector<std::string>& words) const;
 
-    /// An image of one colour with 8 bits a channel and as many channels as levels.
+    /// One colour, with 8 bits a channel and a channel for each level.
     static vips::VImage Plain(const std::vector<double>& levels, int width = 20, int height = 20);
-    /// A file with a picture of one colour; its kind goes by the suffix.
+    /// The suffix decides the kind of file.
     void WriteColour(const std::string& name, const std::vector<double>& levels, int width = 20, int height = 20) const;
     void Write(const std::string& name, const std::string& bytes) const;
 
     vips::VImage Read(const std::string& name) const;
     Pixel PixelOf(const std::string& name, int x = 0, int y = 0) const;
 
-    /// Every file of the folder with its bytes: what a failing command must leave as it is.
+    /// All files with their bytes.
     std::map<std::string, std::string> Contents() const;
 
   private:
@@ -68,7 +67,7 @@ class CommandTest : public testing::Test {
 
 std::string BytesOf(const fs::path& file);
 
-/// Each channel within `tolerance` of what is expected.
+/// No channel is more than `tolerance` away.
 MATCHER_P2(IsNear, pixel, tolerance, "is near " + testing::PrintToString(pixel)) {
     for (std::size_t i = 0; i < pixel.size(); ++i) {
         if (std::abs(arg[i] - pixel[i]) > tolerance) return false;

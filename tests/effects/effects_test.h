@@ -5,7 +5,7 @@
 
 #include <array>
 
-#include "host/host.h"
+#include "ombrix/host.h"
 
 namespace ombrix::testing {
 

@@ -10,7 +10,7 @@ namespace {
 constexpr std::int64_t kLowest = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t kHighest = std::numeric_limits<std::int64_t>::max();
 
-/// Alpha, red, green, blue; alpha 255 where the depth has none.
+/// Alpha, red, green, blue; alpha is 255 where the depth has none.
 using Colour = std::array<int, 4>;
 
 class Drawing : public HostTest {
@@ -49,7 +49,7 @@ class Drawing : public HostTest {
         return picture;
     }
 
-    /// A picture whose pixels tell where they are: red is x + 1, green is y + 1.
+    /// Red is x + 1 and green y + 1.
     Picture Numbered(int width, int height, int depth) {
         const Picture picture = host.NewPicture(width, height, depth);
         for (int y = 0; y < height; ++y) {
@@ -66,7 +66,7 @@ class Drawing : public HostTest {
 };
 
 TEST_F(Drawing, ConvertsBetweenDepths) {
-    // 200, 100, 33 in five bits are 25, 12, 4, and these in eight bits 206, 99, 33.
+    // In five bits 25, 12, 4; from there in eight bits 206, 99, 33.
     const Colour colour = {7, 200, 100, 33}, opaque = {255, 200, 100, 33}, five = {255, 206, 99, 33};
     struct Case {
         int from, to;
@@ -105,7 +105,7 @@ TEST_F(Drawing, MixesThroughAMask) {
         {{0, 255, 255, 255}, {55, 40, 200, 96}},
         // (240 * 204 + 40 * 51 + 127) / 255 = 200, (80 * 204 + 200 * 51 + 127) / 255 = 104, ...
         {{0, 51, 51, 51}, {215, 200, 104, 32}},
-        // each channel by its own, alpha by the mean
+        // each channel by its own; alpha by the mean
         {{0, 0, 255, 51}, {175, 240, 200, 32}},
     };
     for (const int sourceDepth : {24, 32}) {
@@ -124,7 +124,7 @@ TEST_F(Drawing, MixesThroughAMask) {
             }
         }
     }
-    // Black and white of 16 bits are black and white.
+    // 16-bit black and white are black and white too.
     for (const int shade : {0, 255}) {
         const Picture from = Filled(1, 1, 32, source), to = Filled(1, 1, 32, under);
         from.SetMask(Filled(1, 1, 16, {255, shade, shade, shade}));
@@ -134,7 +134,7 @@ TEST_F(Drawing, MixesThroughAMask) {
 }
 
 TEST_F(Drawing, KeepsToBothPictures) {
-    // Every placement of a piece of a 4 x 3 picture on a 5 x 4 one, with and without a mask.
+    // Every placement of part of a 4 x 3 picture on one of 5 x 4, with and without a mask.
     for (const bool masked : {false, true}) {
         const Picture source = Numbered(4, 3, 24);
         if (masked) source.SetMask(host.NewPicture(4, 3, 24));
@@ -163,7 +163,7 @@ TEST_F(Drawing, Scales) {
     const Picture source = Numbered(4, 4, 32);
     struct Case {
         std::int64_t x, width, sourceX, sourceWidth;
-        std::array<int, 6> reds;  ///< of six pixels in a row; 0 where nothing was drawn
+        std::array<int, 6> reds;  ///< of six pixels; 0 where nothing was drawn
     };
     const Case cases[] = {
         {0, 6, 0, 3, {1, 1, 2, 2, 3, 3}},

@@ -1,4 +1,4 @@
-// What plug-ins do against the rules: found out, named, and harmless.
+// Plug-ins that break the rules are found out and named, and do no harm.
 #include "tests/host/support.h"
 
 namespace ombrix::host {
@@ -9,7 +9,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-/// Each fault of the culprit's methods, and what is left of the call: the objects and locks that it leaves behind.
+/// A method of the culprit, its fault, and the objects and locks that it leaves behind.
 struct Deed {
     const char* method;
     bool takesPicture;
@@ -82,7 +82,7 @@ TEST(Faults, AreCountedPerCall) {
     const Object culprit = host.New("Culprit");
     const Picture picture = host.NewPicture(4, 4);
     {
-        // The program's own lock is no lock that was left behind, and not the plug-in's to end.
+        // The program's own lock is neither left behind nor the plug-in's to end.
         const Picture::Lock lock(picture);
         culprit.Call("BehaveWell", {picture});
         EXPECT_THAT(host.Faults(), IsEmpty());
@@ -91,7 +91,7 @@ TEST(Faults, AreCountedPerCall) {
         EXPECT_EQ(host.OutstandingLocks(), 1);
     }
     EXPECT_EQ(host.OutstandingLocks(), 0);
-    // A lock that one call left behind may be ended by another.
+    // Any call may end a lock that another left behind.
     culprit.Call("LeaveLocked", {picture});
     EXPECT_EQ(host.Faults().size(), 2u);
     culprit.Call("BehaveWell", {picture});
@@ -128,7 +128,7 @@ TEST(Faults, OfReferencesKeptShowAtTheEnd) {
 }
 
 TEST(FaultsDeathTest, AbortAtTheSpotWhenTheyAreTo) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    GTEST_FLAG_SET(death_test_style, OMBRIX_DEATH_TEST_STYLE);
     const auto commit = [](const char* deed) {
         Host host(WithPolicy(FaultPolicy::Abort));
         host.Load(TestPlugin("host_culprit"));

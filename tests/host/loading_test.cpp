@@ -1,4 +1,4 @@
-// Plug-ins loaded and refused, and what is known of them afterwards.
+// Plug-ins that load or are refused, and what they register.
 #include <cstdlib>
 #include <fstream>
 #include <limits>
@@ -15,7 +15,7 @@ using ::testing::IsEmpty;
 
 struct BadRecord {
     const char* sort;
-    std::vector<std::string> says;  ///< what the Error must name
+    std::vector<std::string> says;  ///< parts of the Error
 };
 
 TEST(Loading, RefusesEachBadRecordWithClassAndRow) {
@@ -69,7 +69,7 @@ TEST(Loading, RefusesEachBadRecordWithClassAndRow) {
         EXPECT_EQ(host.Classes().size(), ownClasses);
         EXPECT_THAT(host.Modules(), IsEmpty());
     }
-    // Nothing of the refused ones is in the way of a good one.
+    // The refused records leave nothing behind.
     unsetenv("OMBRIX_TEST_RECORD");
     host.Load(path);
     EXPECT_TRUE(host.New("Bad").Get("Left").IsInteger());

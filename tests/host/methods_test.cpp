@@ -1,4 +1,4 @@
-// Calls: which overload is meant, how arguments and results pass, what is refused.
+// Calls: overloads, arguments, results, refusals.
 #include <stdexcept>
 
 #include "tests/host/support.h"
@@ -27,7 +27,7 @@ TEST_F(Methods, AreChosenByTheirArguments) {
         {{3}, 1},
         {{3.5}, 2},
         {{true}, 8},
-        {{picture}, 3},  // not the longer ones, with nil made up for the rest
+        {{picture}, 3},  // leaves nothing out, unlike the longer ones
         {{picture, 7}, 471},
         {{picture, 7, picture}, 473},
         {{picture, 7, nullptr}, 471},
@@ -35,7 +35,7 @@ TEST_F(Methods, AreChosenByTheirArguments) {
         {{picture, nullptr}, 5},
         {{host.New("Base")}, 6},
         {{host.New("Middle")}, 7},
-        {{host.New("Grand")}, 7},  // its nearest superclass
+        {{host.New("Grand")}, 7},  // takes the nearest superclass
         {{Named("Base", host.New("Middle"))}, 6},
         {{Named("MASK", picture), Named("value", 5)}, 452},
         {{picture, Named("mask", picture), Named("value", 5)}, 453},
@@ -67,6 +67,51 @@ TEST_F(Methods, RefuseArgumentsThatFitNoneOrSeveral) {
     EXPECT_THAT(ErrorOf([&] { item.Call("Pick", {Named("source", picture), 5}); }), HasSubstr("by position"));
     EXPECT_THAT(ErrorOf([&] { item.Call("Pik"); }), HasSubstr("\"Pick\""));
     EXPECT_THAT(ErrorOf([&] { item.Call("Everything"); }), HasSubstr("Pick, Mixed, Invert"));
+}
+
+TEST_F(Methods, AreChosenByTheNamesOfArgumentsWhoseTypesAreNotKnown) {
+    const struct {
+        std::vector<std::string> names;
+        const char* declaration;  ///< empty when none fits
+    } cases[] = {
+        {{}, "Pick as Integer"},
+        {{"source"}, "Pick(source as Picture) as Integer"},
+        {{"SOURCE", "value"}, "Pick(source as Picture,value as Integer, mask as Picture) as Integer"},
+        {{"mask", "value"}, "Pick(source as Picture,value as Integer, mask as Picture) as Integer"},
+        {{"location"}, "Pick(source as Picture, location as Point) as Integer"},
+        {{"flag"}, "\t PICK (Flag  AS\tbOOLEAN )as INTEGER "},
+        {{"mask"}, ""},  // `value` is required
+        {{"sauce"}, ""},
+    };
+    for (const auto& [names, declaration] : cases) {
+        SCOPED_TRACE(declaration);
+        const auto method = host.ChooseMethod("item", "pick", names);
+        EXPECT_EQ(method ? method->declaration : "", declaration);
+    }
+    EXPECT_THAT(ErrorOf([&] { host.ChooseMethod("Item", "Pick", {"a"}); }),
+                AllOf(HasSubstr("Item.Pick(a) is ambiguous"), HasSubstr("(a as Integer)"), HasSubstr("(a as Double)")));
+    EXPECT_EQ(host.FindMethods("Item", "Pick").size(), 9u);
+    EXPECT_TRUE(host.FindMethods("ProbeModule", "Pick").empty());
+    EXPECT_THAT(ErrorOf([&] { host.FindMethods("Itm", "Pick"); }), HasSubstr("\"Item\""));
+}
+
+TEST_F(Methods, OnceChosenAreCalledAsTheyAre) {
+    host.Load(TestPlugin("host_derived"));
+    const Object item = host.New("Item");
+    const Picture picture = host.NewPicture(1, 1);
+    const MethodInfo withMask = *host.ChooseMethod("Item", "Pick", {"source", "value"});
+    EXPECT_EQ(item.Call(withMask, {picture, 7}).AsInteger(), 471);
+    EXPECT_EQ(item.Call(withMask, {Named("value", 7)}).AsInteger(), 470);
+    EXPECT_THAT(ErrorOf([&] { item.Call(withMask, {picture}); }), HasSubstr("needs \"value\""));  // chooses no other
+    // By types alone this would be the Integer one.
+    EXPECT_EQ(item.Call(host.FindMethods("Item", "Pick")[1], {3}).AsInteger(), 2);
+    // The derived class's own method.
+    EXPECT_EQ(host.FindMethods("Grand", "Level").size(), 1u);
+    EXPECT_EQ(host.New("Grand").Call(host.FindMethods("Base", "Level").front(), {}).AsInteger(), 2);
+    EXPECT_THAT(ErrorOf([&] { host.New("Base").Call(withMask, {picture, 7}); }), HasSubstr("Base has no method"));
+
+    const MethodInfo same = *host.ChooseMethod("ProbeModule", "Same", {"picture"});
+    EXPECT_TRUE(host.CallModule("ProbeModule", same, {picture}).AsObject() == picture);
 }
 
 TEST_F(Methods, ReceiveEveryArgument) {
@@ -137,7 +182,7 @@ TEST_F(Methods, MayBeCalledFromAProgressReport) {
     const Object item = host.New("Item");
     std::int64_t inner = 0;
     item.Set("Handler", host.NewProgressHandler([&](std::int64_t, std::int64_t) {
-        item.Set("Handler", nullptr);  // its last reference: it is gone, and must end its report all the same
+        item.Set("Handler", nullptr);  // its last reference, while it reports
         const Picture::Lock lock(host.NewPicture(1, 1));
         inner += item.Call("Pick", {3}).AsInteger();
     }));

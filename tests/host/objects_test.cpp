@@ -1,4 +1,5 @@
-// How objects are laid out, made, counted and destroyed.
+// Memory, construction and destruction, and counting of objects.
+#include <functional>
 #include <thread>
 
 #include "tests/host/support.h"
@@ -22,7 +23,7 @@ TEST_F(Objects, AreConstructedBaseFirstAndDestroyedDerivedFirst) {
     EXPECT_EQ(grand.Get("Order").AsInteger(), 123);
     EXPECT_TRUE(grand.IsA("BASE"));
     EXPECT_FALSE(grand.IsA("Item"));
-    // The data of each class is its own, also where the one before is no multiple of 8 bytes.
+    // Each class has its own data, though Base's size is no multiple of 8 bytes.
     grand.Set("Own", std::int64_t{-1});
     EXPECT_EQ(grand.Get("Order").AsInteger(), 123);
     EXPECT_EQ(grand.Get("Own").AsInteger(), -1);
@@ -75,7 +76,7 @@ TEST(HostsEnd, DestroysWhatStillLives) {
         kept = host.New("Item");
         picture = host.NewPicture(3, 3);
         kept.Set("Photo", picture);
-        // A picture and its holder may go in any order.
+        // A picture and its holder may be destroyed in any order.
         const Object later = host.New("Item");
         later.Set("Held", picture);
     }
@@ -89,9 +90,13 @@ TEST(OtherThreads, CannotUseTheHost) {
     options.faults = FaultPolicy::Note;
     Host host(options);
     const Object point = host.NewPoint(1, 2);
-    std::string error;
-    std::thread([&] { error = ErrorOf([&] { point.Get("x"); }); }).join();
-    EXPECT_THAT(error, HasSubstr("thread"));
+    const std::function<void()> uses[] = {[&] { point.Get("x"); }, [&] { host.NewPoint(1, 2); },
+                                          [&] { host.Faults(); }};
+    for (const auto& use : uses) {
+        std::string error;
+        std::thread([&] { error = ErrorOf(use); }).join();
+        EXPECT_THAT(error, HasSubstr("thread"));
+    }
 }
 
 }  // namespace

@@ -48,7 +48,7 @@ long PageFaults() {
 TEST_F(Pictures, UseTheMemoryOfReleasedOnesAndStillBeginAsZeros) {
     const Object item = host.New("Item");
     const Services services = ServicesOfProbe();
-    // As an effect makes its result: made by the plug-in, locked by it, written. Tells how many page faults that took.
+    // Makes, locks and writes a picture as an effect does. Returns the page faults of the writing.
     const auto make = [&] {
         const Picture made(item.Call("MakePicture", {4000, 3000, 32}).AsObject());
         REALpictureDescription description;
@@ -60,7 +60,7 @@ TEST_F(Pictures, UseTheMemoryOfReleasedOnesAndStillBeginAsZeros) {
         return faults;
     };
     make();
-    EXPECT_LT(make(), 12);  // of 11,719 pages, or 23 huge ones
+    EXPECT_LT(make(), 12);  // of 11,719 small pages, or 23 huge ones
 
     const auto expectZeros = [](const Picture& picture) {
         const Picture::Lock lock(picture);
@@ -68,7 +68,7 @@ TEST_F(Pictures, UseTheMemoryOfReleasedOnesAndStillBeginAsZeros) {
     };
     expectZeros(host.NewPicture(4000, 3000));
     make();
-    // Nobody wrote to this one before it is read.
+    // Read before anybody wrote to it.
     expectZeros(Picture(item.Call("MakePicture", {4000, 3000, 32}).AsObject()));
 }
 
@@ -134,7 +134,7 @@ TEST_F(Pictures, ThatCannotBeMadeAreRefused) {
     for (const Case& each : cases) {
         SCOPED_TRACE(&each - cases);
         EXPECT_NE(ErrorOf([&] { host.NewPicture(each.width, each.height, each.depth); }), "");
-        // A plug-in gets a picture all the same, without pixels.
+        // Plug-ins get a picture without pixels.
         const Picture made(item.Call("MakePicture", {each.width, each.height, each.depth}).AsObject());
         REALpictureDescription description;
         EXPECT_FALSE(services.lockDescription(made.Handle(), &description, kBitmapContextPicture));
@@ -159,14 +159,14 @@ TEST_F(Pictures, HaveMasks) {
 
         const Picture other = host.NewPicture(7, 3);
         picture.Call("Mask", {other});
-        picture.SetMask(other);  // the same once more
+        picture.SetMask(other);  // once more
         EXPECT_TRUE(picture.Mask() == other);
         picture.SetMask(picture.Mask());
-        EXPECT_THAT(ErrorOf([&] { picture.SetMask(host.NewPicture(7, 2)); }), HasSubstr("7 x 2"));
+        EXPECT_THAT(ErrorOf([&] { picture.SetMask(host.NewPicture(7, 2)); }), HasSubstr("7x2"));
         EXPECT_THAT(ErrorOf([&] { picture.SetMask(picture); }), HasSubstr("its own mask"));
         EXPECT_NE(ErrorOf([&] { other.SetMask(picture); }), "");
         EXPECT_TRUE(picture.Mask() == other);
-        // Made anew, a picture has no mask any more.
+        // A new bitmap has no mask.
         picture.Call("Constructor", {2, 2, 32});
         EXPECT_FALSE(picture.Mask());
         picture.SetMask(host.NewPicture(2, 2));

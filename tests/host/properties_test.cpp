@@ -1,4 +1,4 @@
-// Properties, read and set through standard and custom accessors.
+// Properties with standard and custom accessors.
 #include <limits>
 
 #include "tests/host/support.h"
@@ -40,7 +40,7 @@ TEST_F(Properties, KeepTheirValues) {
 
 TEST_F(Properties, GoThroughTheirOwnFunctionsWithTheirParameter) {
     const Object item = host.New("Item");
-    item.Set("Sum", 10);  // the parameter is -7: it is taken off when set and added when read
+    item.Set("Sum", 10);  // the setter takes its parameter, -7, off; the getter adds it
     EXPECT_EQ(item.Get("Number").AsInteger(), 17);
     EXPECT_EQ(item.Get("Sum").AsInteger(), 10);
     item.Set("Half", 1.5);
@@ -62,13 +62,13 @@ TEST_F(Properties, HoldOneReferenceToWhatTheyAreSetTo) {
         EXPECT_TRUE(item.Get(name).AsObject() == picture);
         picture = Picture();
         EXPECT_EQ(host.LiveObjects(), before + 2);
-        item.Set(name, item.Get(name));  // the only reference is the property's own
+        item.Set(name, item.Get(name));  // the property's own reference is the only one
         EXPECT_EQ(Picture(item.Get(name).AsObject()).Width(), 2);
         item.Set(name, nullptr);
         EXPECT_TRUE(item.Get(name).IsNil());
         EXPECT_EQ(host.LiveObjects(), before + 1);
         item.Set(name, host.NewPicture(1, 1));
-        item = nullptr;  // its destructor releases the picture
+        item = nullptr;  // the destructor releases the picture
         EXPECT_EQ(host.LiveObjects(), before);
     }
 }

@@ -1,4 +1,4 @@
-// The services that the resolver hands out, called as a plug-in calls them.
+// Services, called as plug-ins call them.
 #include "tests/host/support.h"
 
 namespace ombrix::host {
@@ -31,7 +31,7 @@ TEST(WithheldServices, AreMissingAndNoOthers) {
         options.withheldServices = {withheld};
         Host host(options);
         const std::string error = ErrorOf([&] { host.Load(TestPlugin("host_probe")); });
-        if (!error.empty()) continue;  // the probe registers nothing without PluginRegisterClass
+        if (!error.empty()) continue;  // nothing registers without PluginRegisterClass
         const REALresolver resolve = ResolverOfProbe();
         for (const char* name : kServices) EXPECT_EQ(resolve(name) == nullptr, name == std::string(withheld)) << name;
     }
@@ -87,7 +87,7 @@ TEST_F(ServicesTest, ReadProperties) {
     EXPECT_FALSE(services.objectProperty(picture.Handle(), "Width", &graphics));
     ASSERT_TRUE(services.objectProperty(picture.Handle(), "Graphics", &graphics));
     services.unlockObject(graphics);
-    // A picture without pixels has nothing to draw on.
+    // Without pixels there is nothing to draw on.
     EXPECT_FALSE(services.objectProperty(host.NewDrawing(1, 1).Handle(), "Graphics", &graphics));
     EXPECT_EQ(graphics, nullptr);
     EXPECT_EQ(host.LiveObjects(), before + 1);

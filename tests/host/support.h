@@ -1,4 +1,4 @@
-// What the tests of the host have in common.
+// Shared by the tests of the host.
 #pragma once
 
 #include <dlfcn.h>
@@ -7,14 +7,14 @@
 
 #include <string>
 
-#include "host/host.h"
+#include "ombrix/host.h"
 #include "tests/host/plugins/services.h"
 
 namespace ombrix::host {
 
 inline std::string TestPlugin(const std::string& name) { return OMBRIX_BUILD_DIR "/tests/" + name + ".so"; }
 
-/// What the Error says that `action` ends with; empty when it ends without.
+/// The text of the Error that `action` throws; empty when it throws none.
 template <class Action>
 std::string ErrorOf(Action action) {
     try {
@@ -25,7 +25,7 @@ std::string ErrorOf(Action action) {
     return {};
 }
 
-/// The resolver that the probe, which must be loaded, was given.
+/// The resolver that the loaded probe was given.
 inline REALresolver ResolverOfProbe() {
     void* library = dlopen(TestPlugin("host_probe").c_str(), RTLD_NOW | RTLD_NOLOAD);
     const auto given = reinterpret_cast<GivenResolverFunction>(dlsym(library, "GivenResolver"));
@@ -33,10 +33,10 @@ inline REALresolver ResolverOfProbe() {
     return given();
 }
 
-/// The services as a plug-in sees them, for calling them from a test.
+/// For calling services from a test.
 inline Services ServicesOfProbe() { return Services(ResolverOfProbe()); }
 
-/// A host in which every fault fails the test, at its end too, and which holds the probe.
+/// A host with the probe, in which every fault fails the test.
 class HostTest : public ::testing::Test {
   protected:
     static HostOptions Options() {

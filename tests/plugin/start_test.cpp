@@ -1,13 +1,14 @@
-// What a host sees when it starts the plug-in.
+// The start of the plug-in, as a host sees it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstring>
 
-#include "frame/host_calls.h"
-#include "frame/plugin_entry.h"
-#include "tests/plugin/effect_cases.h"
-#include "tests/plugin/fake_host.h"
+#include "plugin/plugin_entry.h"
+#include "plugin/registered_classes.h"
+#include "sdk/host_calls.h"
+#include "tests/support/effect_cases.h"
+#include "tests/support/fake_host.h"
 
 namespace ombrix::testing {
 namespace {
@@ -20,7 +21,16 @@ TEST(Start, RegistersModulesThenClassesInTheirOrder) {
     FakeHost host;
     host.Start();
     EXPECT_EQ(host.announcedVersion, 13);
-    EXPECT_THAT(host.registered,
+    std::vector<std::string> expected;
+#define OMBRIX_MODULE(name) expected.push_back("module " #name);
+#define OMBRIX_CLASS(name) expected.push_back("class " #name);
+    OMBRIX_MODULES(OMBRIX_MODULE)
+    OMBRIX_CLASSES(OMBRIX_CLASS)
+#undef OMBRIX_MODULE
+#undef OMBRIX_CLASS
+    EXPECT_EQ(host.registered, expected);
+    ASSERT_GE(expected.size(), 10u);
+    EXPECT_THAT(std::vector(expected.begin(), expected.begin() + 10),
                 ElementsAre("module OmbrixError", "module OmbrixUtilities", "class MPImageFilter",
                             "class ColorFilterEffect", "class ContrastEffect", "class BrightnessEffect",
                             "class SepiaEffect", "class BlendEffect", "class InvertEffect", "class GrayscaleEffect"));
@@ -49,10 +59,10 @@ TEST(Start, OldHostsAreLeftAlone) {
     }
 }
 
-/// Services are looked up once in a process, so a host that lacks one needs a process of its own.
+/// A service found is kept for the life of the process, so a host that lacks one needs a process of its own.
 class StartAfresh : public ::testing::Test {
   protected:
-    StartAfresh() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+    StartAfresh() { GTEST_FLAG_SET(death_test_style, OMBRIX_DEATH_TEST_STYLE); }
 
     template <class Test>
     static void Finish(Test test) {
@@ -78,7 +88,7 @@ TEST_F(StartAfresh, AServiceThatIsMissingGivesAnEmptyResultAndIsAskedForAgain) {
                     REALobjectStruct* object;
                     EXPECT_FALSE(REALGetPropValueObject(nullptr, "Any", &object));
 
-                    // Found once, a service is not asked for again.
+                    // A service found is not asked for again.
                     host.missing.clear();
                     host.asked.clear();
                     EXPECT_EQ(REALGetRBVersion(), 2024.0);
@@ -102,7 +112,7 @@ TEST_F(StartAfresh, AHostWithHardlyAnyServiceDoesNoHarm) {
                         EXPECT_EQ(effect.Base().ErrorCode, UNABLE_TO_CREATE_DESTINATION);
                         ApplyInPlace(effect, tested.values, source, nullptr);
                         EXPECT_EQ(effect.Base().ErrorCode, NO_ERROR);
-                        // The property that counts references by itself.
+                        // ProgressHandler counts references itself.
                         const REALpropertyDefinition& handler = host.classes["MPImageFilter"]->properties[0];
                         using Setter = void(REALobjectStruct*, std::int64_t, REALobjectStruct*);
                         reinterpret_cast<Setter*>(handler.setter.function)(effect.Handle(), 0, source->Handle());

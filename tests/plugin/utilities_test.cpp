@@ -1,4 +1,6 @@
-// What the utilities ask of a host, and that they give everything back when it will not.
+// The utilities: what they ask of a host, and that they give everything back when it refuses.
+#include "plugin/utilities.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -6,11 +8,10 @@
 #include <array>
 #include <functional>
 
-#include "picture/depth_conversion.h"
-#include "picture/function_lookup.h"
-#include "picture/map_effect.h"
-#include "tests/plugin/effect_cases.h"
-#include "tests/plugin/fake_host.h"
+#include "effects/map_effect.h"
+#include "plugin/function_lookup.h"
+#include "tests/support/effect_cases.h"
+#include "tests/support/fake_host.h"
 
 namespace ombrix::testing {
 namespace {
@@ -39,7 +40,7 @@ TEST_F(Utilities, KeepWhatFits) {
         const bool fits = bits != 16;
         EXPECT_EQ(Picture(EnsureCompatible(source->Handle())) == source, fits);
         EXPECT_EQ(source->references, fits ? 3 : 2);
-        // The depth is compared in full: its low half alone is not enough.
+        // All 64 bits of the depth count.
         EXPECT_NE(Picture(EnsurePictureBits(source->Handle(), (std::int64_t{1} << 32) + bits)), source);
     }
 }
@@ -135,7 +136,7 @@ TEST_F(MapEffect, LooksEveryChannelUpInItsOwnTable) {
                 ASSERT_EQ((std::array{d[0], d[1], d[2]}), (std::array{red_[s[0]], green_[s[1]], blue_[s[2]]}));
             }
         }
-        // A white mask leaves one less of everything, whatever the tables say.
+        // A white mask keeps the source, less 1, whatever the tables hold.
         FakePicture* white = host_.NewPicture("white", 256, 17, 32);
         std::fill_n(white->bytes->data(), white->bytes->size(), std::uint8_t{255});
         const FakePicture* before = host_.NewPicture("source", 256, 17, bits);

@@ -1,19 +1,18 @@
-// Effects that the command cannot know: what they take, and what they need, is to be found out by trying.
-#include "frame/definition_rows.h"
-#include "frame/host_calls.h"
-#include "frame/host_reference.h"
-#include "frame/plugin_entry.h"
-#include "picture/function_lookup.h"
-#include "picture/map_effect.h"
+// Effects whose needs can only be found by trying.
+#include "sdk/definition_rows.h"
+#include "sdk/engine_functions.h"
+#include "sdk/host_calls.h"
+#include "sdk/host_reference.h"
+#include "sdk/plugin_main.h"
 
 namespace {
 
 using namespace ombrix;
 
-/// Maps all channels through a table; `entry` gives its 256 values.
+/// Maps all channels through `entry`.
 template <class Entry>
 REALobjectStruct* Mapped(MPImageFilterData* base, REALobjectStruct* source, Entry&& entry) {
-    const auto map = reinterpret_cast<decltype(&ApplyMapEffect)>(
+    const auto map = reinterpret_cast<ApplyMapEffectProc>(
         base->GetFunction(static_cast<std::int32_t>(EngineFunction::ApplyMapEffect)));
     std::uint8_t table[256];
     for (int value = 0; value < 256; ++value) table[value] = static_cast<std::uint8_t>(entry(value));
@@ -29,7 +28,7 @@ REALobjectStruct* Refuse(MPImageFilterData* base) {
 
 constexpr const char* kApply = "Apply(source as Picture) as Picture";
 
-// ---- A strength of 33 to 47, though a new object has 0; constants that belong to another Integer; a switch ----
+// ---- A strength of 33 to 47, initially 0; constants of another Integer; a switch ----------------------------
 
 struct NarrowData {
     std::int64_t strength;
@@ -71,7 +70,7 @@ REALclassDefinition NarrowEffectClass = ClassRecord({.name = "NarrowEffect",
                                                      .methods = NarrowMethods,
                                                      .constants = NarrowConstants});
 
-// ---- One picture that is needed, and one that is not ----------------------------------------------------------
+// ---- A picture that is needed, and one that is not ----------------------------------------------------------
 
 struct NeedyData {
     REALobjectStruct* over;
@@ -107,7 +106,7 @@ REALclassDefinition NeedyEffectClass = ClassRecord({.name = "NeedyEffect",
                                                     .properties = NeedyProperties,
                                                     .methods = NeedyMethods});
 
-// ---- Nothing suits it -----------------------------------------------------------------------------------------
+// ---- Always refuses -----------------------------------------------------------------------------------------
 
 struct StubbornData {
     std::int64_t value;

@@ -1,15 +1,15 @@
-// A chain of classes over two plug-ins: Base and Middle in one, Grand, derived from Middle, in the other.
+// Classes of two plug-ins: Base, Middle derived from it, and Grand derived from that.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
 struct BaseData {
-    std::int64_t order;          ///< a digit for each constructor that has run: 1 Base, 2 Middle, 3 Grand
-    std::int64_t* destructions;  ///< likewise for destructors, of all objects
+    std::int64_t order;          ///< a digit for each constructor run: 1 Base, 2 Middle, 3 Grand
+    std::int64_t* destructions;  ///< the same for destructors, of all objects
     std::int32_t tail;
 };
-/// Not a multiple of 8 on purpose: what follows begins at the next one.
+/// Not a multiple of 8, on purpose: the next class's data is aligned all the same.
 inline constexpr std::size_t kBaseDataSize = offsetof(BaseData, tail) + sizeof(std::int32_t);
 static_assert(kBaseDataSize == 20);
 
@@ -19,12 +19,12 @@ struct MiddleData {
 };
 
 struct GrandData {
-    /// As effects reach their base data: a step back by its size.
+    /// As effects reach their base data.
     MiddleData* Middle() { return reinterpret_cast<MiddleData*>(reinterpret_cast<char*>(this) - sizeof(MiddleData)); }
     std::int64_t untouched;
 };
 
-/// Adds a digit; a 9 as well when the class's own memory was not 0.
+/// Adds the class's digit, and a 9 if its memory was not 0.
 inline void NoteConstruction(BaseData& base, int digit, std::int64_t untouched) {
     base.order = base.order * 10 + digit;
     if (untouched != 0) base.order = base.order * 10 + 9;

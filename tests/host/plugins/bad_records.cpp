@@ -1,5 +1,4 @@
-// A plug-in with one bad record, of the sort that the environment variable OMBRIX_TEST_RECORD names; with a good one
-// when it names none.
+// A plug-in with the bad record that OMBRIX_TEST_RECORD names, or a good one.
 #include <cstdlib>
 #include <functional>
 #include <map>
@@ -7,7 +6,7 @@
 #include <new>
 #include <string>
 
-#include "frame/definition_rows.h"
+#include "sdk/definition_rows.h"
 #include "tests/host/plugins/services.h"
 
 namespace {
@@ -17,7 +16,7 @@ using namespace ombrix;
 void Nothing(REALobjectStruct*) {}
 REALobjectStruct* NoPicture(REALobjectStruct*, REALobjectStruct*) { return nullptr; }
 
-/// Two good rows of each sort; a case spoils one of them, or the record.
+/// Good rows, for each case to spoil.
 struct Records {
     REALpropertyDefinition properties[2] = {StandardProperty("Left", "Integer", 0),
                                             StandardProperty("Value", "Boolean", 15)};
@@ -79,7 +78,7 @@ const std::map<std::string, std::function<void()>> kCases = {
 }  // namespace
 
 OMBRIX_TEST_EXPORT void REALPluginMain(REALresolver resolver) {
-    // Afresh, in place: the records point into each other.
+    // Rebuilt in place, since the records point into each other.
     std::destroy_at(&records);
     new (&records) Records;
     const char* wanted = std::getenv("OMBRIX_TEST_RECORD");

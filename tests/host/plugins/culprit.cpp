@@ -1,9 +1,9 @@
-// A plug-in each of whose methods breaks a rule between plug-in and host.
+// A plug-in whose methods each break a rule.
 #include <stdlib.h>
 
 #include <thread>
 
-#include "frame/definition_rows.h"
+#include "sdk/definition_rows.h"
 #include "tests/host/plugins/services.h"
 
 namespace {

@@ -1,5 +1,5 @@
-// A plug-in whose classes derive from another plug-in's and from the host's own.
-#include "frame/definition_rows.h"
+// Classes derived from another plug-in's and from the host's own.
+#include "sdk/definition_rows.h"
 #include "tests/host/plugins/ancestry.h"
 #include "tests/host/plugins/services.h"
 

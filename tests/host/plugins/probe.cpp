@@ -1,7 +1,7 @@
-// A well-behaved plug-in that tells what it was given: classes with accessors of every sort, overloads of every sort.
+// A well-behaved plug-in with all sorts of accessors and overloads.
 #include <cstddef>
 
-#include "frame/definition_rows.h"
+#include "sdk/definition_rows.h"
 #include "tests/host/plugins/ancestry.h"
 #include "tests/host/plugins/services.h"
 
@@ -11,7 +11,7 @@ using namespace ombrix;
 
 REALresolver givenResolver = nullptr;
 
-// ---- Base and Middle ------------------------------------------------------------------------------------------
+// ---- Base and Middle ----------------------------------------------------------------------------------------
 
 std::int64_t destructions = 0;
 
@@ -53,7 +53,7 @@ REALclassDefinition middleClass = ClassRecord({.name = "Middle",
                                                .destructor = DestroyMiddle,
                                                .methods = middleMethods});
 
-// ---- Item: accessors ------------------------------------------------------------------------------------------
+// ---- Item: accessors ----------------------------------------------------------------------------------------
 
 struct ItemData {
     std::int64_t integer;
@@ -129,7 +129,7 @@ const REALpropertyDefinition itemProperties[] = {
     ReadOnlyCustomProperty("GuardsStand", "Boolean", GuardsStand),
 };
 
-// ---- Item: methods --------------------------------------------------------------------------------------------
+// ---- Item: methods ------------------------------------------------------------------------------------------
 
 template <std::int64_t Number, class... Parameters>
 std::int64_t Pick(REALobjectStruct*, Parameters...) {
@@ -141,7 +141,7 @@ std::int64_t PickWithMask(Handle, Handle source, std::int64_t value, Handle mask
     return 400 + value * 10 + (source != nullptr ? 1 : 0) + (mask != nullptr ? 2 : 0);
 }
 
-/// Enough of each sort to fill the registers and go on over the stack.
+/// More than registers hold.
 double Mixed(Handle, std::int64_t a, double b, std::uint8_t c, Handle d, std::int64_t e, std::uint8_t f, double g,
              std::int64_t h, Handle i, std::uint8_t j, double k, std::int64_t l) {
     return static_cast<double>(a) + b * 10 + c * 100 + (d != nullptr) * 1000 + static_cast<double>(e) * 1e4 + f * 1e5 +
@@ -157,7 +157,7 @@ Handle Same(Handle, Handle source) {
     return source;
 }
 
-/// How often the handler, or else the property's, could be called.
+/// Returns the number of reports to `handler` or, without one, to the property's.
 std::int64_t Report(Handle self, Handle handler, std::int64_t count) {
     if (handler == nullptr) handler = ItemOf(self)->handler;
     const auto report = reinterpret_cast<void (*)(Handle, std::int64_t, std::int64_t)>(
@@ -167,7 +167,7 @@ std::int64_t Report(Handle self, Handle handler, std::int64_t count) {
     return count;
 }
 
-/// A picture as plug-ins make one: an instance, then its constructor.
+/// As plug-ins make pictures.
 Handle MakePicture(Handle, std::int64_t width, std::int64_t height, std::int64_t depth) {
     const Services host(givenResolver);
     const Handle picture = host.createInstance(host.findClass("Picture"));
@@ -217,7 +217,7 @@ REALclassDefinition itemClass = ClassRecord({.name = "Item",
                                              .methods = itemMethods,
                                              .constants = itemConstants});
 
-// ---- The module -----------------------------------------------------------------------------------------------
+// ---- The module ---------------------------------------------------------------------------------------------
 
 std::int64_t TakeDestructions() {
     const std::int64_t digits = destructions;

@@ -1,12 +1,12 @@
-// The host's services by their types, for the plug-ins of these tests and for tests that call a service themselves.
+// The host's services with their types, for test plug-ins and for tests.
 #pragma once
 
 #include <cstdint>
 #include <type_traits>
 
-#include "frame/definition_records.h"
+#include "sdk/definition_records.h"
 
-/// What these plug-ins export beside their entry: the resolver that the host gave them.
+/// Exported by these plug-ins: the resolver that they were given.
 using GivenResolverFunction = REALresolver (*)();
 
 struct Services {
@@ -46,7 +46,7 @@ struct Services {
     void (*unlockObject)(REALobjectStruct*);
 };
 
-/// The data of a class in an instance.
+/// A class's data in an object.
 template <class Data>
 Data* DataOf(REALobjectStruct* instance, const REALclassDefinition& definition) {
     return reinterpret_cast<Data*>(reinterpret_cast<char*>(instance) + definition.dataOffset);

@@ -1,0 +1,249 @@
+// ombrix call: one method of a class or a module.
+
+#include <algorithm>
+#include <iostream>
+#include <optional>
+#include <set>
+
+#include "cli/commands/command.h"
+#include "cli/effect_object.h"
+#include "cli/failure.h"
+#include "cli/images/image_reader.h"
+#include "cli/images/result_file.h"
+#include "cli/outcome.h"
+#include "cli/reflection.h"
+#include "cli/settings.h"
+#include "text/names.h"
+#include "text/phrases.h"
+
+namespace ombrix::cli {
+
+namespace {
+
+using host::MethodInfo;
+using host::ParameterInfo;
+
+constexpr const char* kHelp = R"(Calls one method of a class or a module, with its arguments by name.
+
+Examples:
+  ombrix call ColorFilterEffect.Apply source=photo.jpg red=40 green=0 blue=-30 warm.png
+  ombrix call ColorFilterEffect.ApplyInPlace source=photo.jpg red=40 green=0 blue=-30 warm.png
+  ombrix call OmbrixUtilities.EnsurePictureBits src=photo.png depth=24 small.tif
+
+OUTPUT gets the picture that the method returns or, when it returns nothing, the one that it changes. Any other result
+is printed. Names that are not arguments of the method but properties of its class are set before the call.)";
+
+constexpr const char* kUsage = R"(  ombrix call CLASS.METHOD [NAME=VALUE ...] [OUTPUT]
+  ombrix call MODULE.METHOD [NAME=VALUE ...] [OUTPUT])";
+
+const Command::About kAbout = {"call", "Call a method of a class or a module", {kHelp, kUsage}};
+
+/// As typed.
+struct GivenCall {
+    std::string owner;  ///< class or module
+    std::string method;
+    std::vector<Setting> settings;  ///< arguments, and properties of the class
+    std::optional<std::filesystem::path> output;
+};
+
+UsageError NoMethod(const host::Host& host, const Owner& owner, const std::string& name) {
+    std::set<std::string> names;
+    const auto add = [&names](const auto& declaring) {
+        for (const MethodInfo& method : declaring.methods) names.insert(method.name);
+    };
+    if (owner.module) add(*owner.module);
+    if (owner.type) {
+        for (const host::ClassInfo* ancestor : host.Ancestry(owner.type->name)) add(*ancestor);
+    }
+    return UsageError(owner.Name() + " has no method " + text::Quoted(name) +
+                      (names.empty() ? "; it has none" : "; it has " + text::Listed({names.begin(), names.end()})));
+}
+
+const ParameterInfo* FindParameter(const MethodInfo& method, const std::string& name) {
+    for (const ParameterInfo& parameter : method.parameters) {
+        if (text::SameName(parameter.name, name)) return &parameter;
+    }
+    return nullptr;
+}
+
+UsageError NoneTakes(const std::vector<Setting>& arguments, const std::vector<MethodInfo>& overloads,
+                     const std::string& callee) {
+    const MethodInfo& first = overloads.front();
+    const auto isTaken = [&first](const Setting& argument) { return FindParameter(first, argument.name) != nullptr; };
+    if (overloads.size() == 1 && std::ranges::all_of(arguments, isTaken)) {
+        std::vector<std::string> missing;
+        for (const ParameterInfo& parameter : first.parameters) {
+            const auto isThis = [&](const Setting& given) { return text::SameName(given.name, parameter.name); };
+            if (parameter.required && std::ranges::none_of(arguments, isThis)) missing.push_back(parameter.name);
+        }
+        return UsageError(callee + " also needs " + text::Listed(missing) + ": it is " + first.declaration);
+    }
+    std::vector<std::string> declarations;
+    for (const MethodInfo& method : overloads) declarations.push_back(method.declaration);
+    return UsageError(callee + " cannot be called with these arguments; there is " + text::Join(declarations, " and "));
+}
+
+/// The overload that takes arguments of these names.
+MethodInfo Choose(const host::Host& host, const std::vector<Setting>& arguments,
+                  const std::vector<MethodInfo>& overloads, const Owner& owner, const std::string& callee) {
+    std::vector<std::string> names;
+    for (const Setting& argument : arguments) names.push_back(argument.name);
+    try {
+        if (auto method = host.ChooseMethod(owner.Name(), overloads.front().name, names)) return *method;
+    } catch (const host::Error& ambiguous) {
+        throw UsageError(ambiguous.what());
+    }
+    throw NoneTakes(arguments, overloads, callee);
+}
+
+/// Sorts the settings into arguments, of any overload, and properties.
+void Divide(const std::vector<Setting>& settings, const Owner& owner, const host::Host& host,
+            const std::vector<MethodInfo>& overloads, std::vector<Setting>& arguments,
+            std::vector<Setting>& properties) {
+    for (const Setting& setting : settings) {
+        const auto takes = [&](const MethodInfo& method) { return FindParameter(method, setting.name) != nullptr; };
+        const bool isArgument = std::ranges::any_of(overloads, takes);
+        const bool isProperty = owner.type && host.FindProperty(owner.type->name, setting.name);
+        (isProperty && !isArgument ? properties : arguments).push_back(setting);
+    }
+}
+
+/// What comes of the call: a picture for the output file, the argument changed, or text.
+enum class Outcome { Picture, ChangedPicture, Print };
+
+Outcome OutcomeOf(const MethodInfo& method, const std::vector<PlannedSetting>& arguments, bool hasOutput,
+                  const std::string& callee) {
+    const bool takesPicture =
+        std::any_of(arguments.begin(), arguments.end(), [](const PlannedSetting& argument) { return argument.File(); });
+    if (method.resultType && text::SameName(*method.resultType, "Picture")) {
+        if (!hasOutput) throw UsageError(callee + " gives a picture; name the file to write it to");
+        return Outcome::Picture;
+    }
+    if (!method.resultType && takesPicture) {
+        if (!hasOutput)
+            throw UsageError(callee + " changes the picture that it is given; name the file to write it to");
+        return Outcome::ChangedPicture;
+    }
+    if (hasOutput) throw UsageError(callee + " gives no picture, so there is nothing to write to a file");
+    return Outcome::Print;
+}
+
+struct PlannedCall {
+    Owner owner;
+    MethodInfo method;
+    std::string callee;  ///< for messages
+    std::vector<PlannedSetting> arguments;
+    std::vector<PlannedSetting> properties;
+    Outcome outcome;
+
+    std::vector<PlannedSetting> Settings() const {
+        std::vector<PlannedSetting> all = arguments;
+        all.insert(all.end(), properties.begin(), properties.end());
+        return all;
+    }
+};
+
+PlannedCall Plan(Session& session, const GivenCall& given) {
+    PlannedCall call{FindOwner(session.host, given.owner), {}, {}, {}, {}, {}};
+    const host::ClassInfo* type = call.owner.type;
+    const std::vector<MethodInfo> overloads = session.host.FindMethods(call.owner.Name(), given.method);
+    if (overloads.empty()) throw NoMethod(session.host, call.owner, given.method);
+    call.callee = call.owner.Name() + "." + overloads.front().name;
+
+    RefuseTwice(given.settings);
+    std::vector<Setting> arguments, properties;
+    Divide(given.settings, call.owner, session.host, overloads, arguments, properties);
+    call.method = Choose(session.host, arguments, overloads, call.owner, call.callee);
+    if (type) call.properties = PlanProperties(session, *type, properties);
+    const auto constants = type ? ConstantsOf(session.host, *type) : call.owner.module->constants;
+    for (const Setting& argument : arguments) {
+        const ParameterInfo& parameter = *FindParameter(call.method, argument.name);
+        call.arguments.push_back({argument, parameter.name,
+                                  ParseValue(session.host, argument, parameter.type, constants,
+                                             call.callee + "'s argument " + parameter.name)});
+    }
+    call.outcome = OutcomeOf(call.method, call.arguments, given.output.has_value(), call.callee);
+    return call;
+}
+
+void CheckFiles(const std::vector<PlannedSetting>& settings, const std::optional<std::filesystem::path>& output) {
+    for (const PlannedSetting& setting : settings) {
+        if (!setting.File()) continue;
+        if (output) RefuseSameFile(*setting.File(), *output);
+        CheckImageFile(*setting.File());
+    }
+}
+
+/// Adds the pictures that are read to `pictures`, those of arguments first.
+host::Value Make(Session& session, const PlannedCall& call, std::vector<GivenPicture>& pictures) {
+    std::vector<host::Argument> values;
+    for (const PlannedSetting& argument : call.arguments) {
+        values.push_back(host::Named(argument.name, ValueOf(session, argument, pictures)));
+    }
+    const host::Picture source = pictures.empty() ? host::Picture() : pictures.front().read.picture;
+    const host::ClassInfo* type = call.owner.type;
+    if (!type) return session.host.CallModule(call.owner.module->name, call.method, values);
+
+    const host::Object object = MakeObject(session, *type, call.properties, pictures);
+    const host::Value result = object.Call(call.method, values);
+    // A method with more arguments than the picture does not look at the properties.
+    const bool byProperties = call.method.parameters.size() <= 1;
+    CheckErrorCode(session, {*type, object, source, call.Settings(), pictures, byProperties});
+    return result;
+}
+
+class Call : public Command {
+  public:
+    const About& Describe() const override { return kAbout; }
+
+    void AddOptions(CLI::App& app) override { app.add_option("words", words_)->group(""); }
+
+    void Check() override {
+        const std::size_t dot = words_.empty() ? std::string::npos : words_.front().find('.');
+        if (dot == std::string::npos || dot == 0 || dot + 1 == words_.front().size()) {
+            throw UsageError(
+                "call begins with CLASS.METHOD or MODULE.METHOD, as in: "
+                "ombrix call ColorFilterEffect.Apply source=photo.jpg red=40 green=0 blue=0 warm.png");
+        }
+        given_.owner = words_.front().substr(0, dot);
+        given_.method = words_.front().substr(dot + 1);
+        std::vector<std::string> files;
+        SortWords({words_.begin() + 1, words_.end()}, given_.settings, files);
+        if (files.size() > 1) {
+            throw UsageError("call takes one OUTPUT, and was given " + text::Listed(files) +
+                             "; arguments are given by name, as in source=" + files.front());
+        }
+        if (!files.empty()) given_.output = files.front();
+    }
+
+    void Run(Session& session) override {
+        const PlannedCall call = Plan(session, given_);
+        CheckFiles(call.Settings(), given_.output);
+        std::optional<ResultFile> output;
+        if (given_.output) output.emplace(*given_.output, session.options.force, session.options.quality);
+
+        std::vector<GivenPicture> pictures;
+        const host::Value result = Make(session, call, pictures);
+
+        const ImageOrigin origin = pictures.empty() ? ImageOrigin{} : pictures.front().read.origin;
+        if (call.outcome == Outcome::ChangedPicture) {
+            output->Write(session, pictures.front().read.picture, origin);
+        } else if (call.outcome == Outcome::Picture) {
+            const host::Picture picture(result.AsObject());
+            if (!picture) throw WorkError(call.callee + " gave no picture and no reason");
+            output->Write(session, picture, origin);
+        } else if (call.method.resultType) {
+            std::cout << Shown(result) << '\n';
+        }
+    }
+
+  private:
+    std::vector<std::string> words_;
+    GivenCall given_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeCall() { return std::make_unique<Call>(); }
+
+}  // namespace ombrix::cli

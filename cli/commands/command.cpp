@@ -1,0 +1,15 @@
+#include "cli/commands/command.h"
+
+#include "cli/failure.h"
+
+namespace ombrix::cli {
+
+void Command::Then() { throw UsageError("--then goes between the effects of apply"); }
+
+std::vector<std::unique_ptr<Command>> MakeCommands() {
+    std::vector<std::unique_ptr<Command>> commands;
+    for (const auto make : {MakeApply, MakeCall, MakeList, MakeGallery}) commands.push_back(make());
+    return commands;
+}
+
+}  // namespace ombrix::cli

@@ -1,0 +1,43 @@
+// The subcommands of ombrix.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <vector>
+
+#include "cli/help.h"
+#include "cli/session.h"
+
+namespace ombrix::cli {
+
+/// What a subcommand takes, and what it does.
+class Command {
+  public:
+    virtual ~Command() = default;
+
+    struct About {
+        const char* name;
+        const char* summary;  ///< a line in the list of commands
+        HelpText help;
+    };
+    virtual const About& Describe() const = 0;
+
+    /// Adds words and options, which are read into this object.
+    virtual void AddOptions(CLI::App& app) = 0;
+    /// Called at a --then. A UsageError unless the command makes chains.
+    virtual void Then();
+    /// Called when all is read. A UsageError when it is wrong, as far as that shows without the plug-ins.
+    virtual void Check() = 0;
+
+    virtual void Run(Session& session) = 0;
+};
+
+std::unique_ptr<Command> MakeApply();
+std::unique_ptr<Command> MakeCall();
+std::unique_ptr<Command> MakeList();
+std::unique_ptr<Command> MakeGallery();
+
+/// In the order of the help.
+std::vector<std::unique_ptr<Command>> MakeCommands();
+
+}  // namespace ombrix::cli

@@ -1,0 +1,157 @@
+#include "cli/images/image_reader.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "cli/failure.h"
+#include "cli/images/colour.h"
+#include "cli/images/metadata.h"
+#include "text/numbers.h"
+#include "text/phrases.h"
+
+namespace ombrix::cli {
+
+namespace fs = std::filesystem;
+using vips::VImage;
+
+namespace {
+
+/// Reads the header. Pixels are decoded later, and errors in them come then.
+VImage Open(const fs::path& file, VipsAccess access) {
+    const auto options = [access] {
+        return VImage::option()->set("access", access)->set("fail_on", VIPS_FAIL_ON_ERROR);
+    };
+    try {
+        const vips::VSource source = vips::VSource::new_from_file(file.c_str());
+        if (vips_foreign_find_load_source(source.get_source()) != nullptr) {
+            return VImage::new_from_source(source, "", options());
+        }
+        vips_error_clear();
+        // Some kinds can be read by name only. The name goes straight to the reader: libvips would look for options in
+        // it.
+        if (const char* reader = vips_foreign_find_load(file.c_str()); reader != nullptr) {
+            VImage image;
+            VImage::call(reader, options()->set("filename", file.c_str())->set("out", &image));
+            return image;
+        }
+    } catch (const vips::VError&) {
+        throw WorkError(file.string() + " is damaged or not an image: " + TakeLibraryMessage());
+    }
+    vips_error_clear();
+    throw WorkError(file.string() + " is not an image of a kind that can be read");
+}
+
+void CheckSize(const VImage& image, const fs::path& file, std::int64_t maxPixels) {
+    const std::int64_t pixels = std::int64_t{image.width()} * image.height();
+    if (pixels > maxPixels) {
+        throw WorkError(file.string() + " has " + text::Size(image.width(), image.height()) +
+                        " pixels, more than the " + std::to_string(maxPixels) + " that --max-pixels allows");
+    }
+}
+
+int NumberOr(const VImage& image, const char* field, int otherwise) {
+    return image.get_typeof(field) == G_TYPE_INT ? image.get_int(field) : otherwise;
+}
+
+/// Notes what is lost on the way to pixels.
+void NoteLosses(const VImage& image, const fs::path& file, Console& console) {
+    if (const std::string depth = DepthAbove8Bits(image); !depth.empty()) {
+        console.Note(file.string() + " has " + depth + "; it is reduced to 8 bits");
+    }
+    // JPEG 2000 counts smaller versions of the picture as pages.
+    const bool isPyramid = image.get_typeof(VIPS_META_LOADER) != 0 &&
+                           std::string_view(image.get_string(VIPS_META_LOADER)).starts_with("jp2k");
+    if (const int pages = NumberOr(image, VIPS_META_N_PAGES, 1); pages > 1 && !isPyramid) {
+        console.Note(file.string() + " has " + std::to_string(pages) + " pages; the first is used");
+    }
+}
+
+/// Where PackRows puts decoded rows.
+struct PackedRows {
+    host::Picture::Lock pixels;
+    Console& console;
+    std::uint8_t leastAlpha = 255;
+};
+
+/// Packs finished rows into the picture. libvips calls it from a thread of its own, once at a time. It touches nothing
+/// of the host but the locked bytes.
+int PackRows(VipsRegion* region, VipsRect* area, void* argument) {
+    auto& packed = *static_cast<PackedRows*>(argument);
+    const int bands = region->im->Bands;
+    std::uint8_t leastAlpha = packed.leastAlpha;
+    for (int y = area->top; y < area->top + area->height; ++y) {
+        const std::uint8_t* from = VIPS_REGION_ADDR(region, area->left, y);
+        std::uint8_t* to = packed.pixels.Base() + y * packed.pixels.RowBytes() + std::ptrdiff_t{4} * area->left;
+        for (int x = 0; x < area->width; ++x, from += bands, to += 4) {
+            const std::uint8_t alpha = bands == 4 ? from[3] : std::uint8_t{255};
+            leastAlpha = std::min(leastAlpha, alpha);
+            to[0] = alpha;
+            to[1] = from[0];
+            to[2] = from[1];
+            to[3] = from[2];
+        }
+    }
+    packed.leastAlpha = leastAlpha;
+    packed.console.Report(area->top + area->height, region->im->Ysize);
+    return 0;
+}
+
+}  // namespace
+
+void CheckImageFile(const fs::path& file) {
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (!fs::exists(status)) {
+        throw WorkError("there is no file " + file.string() +
+                        (error && error != std::errc::no_such_file_or_directory ? " (" + error.message() + ")" : ""));
+    }
+    if (fs::is_directory(status)) throw WorkError(file.string() + " is a folder; name an image file in it");
+    if (!fs::is_regular_file(status)) throw WorkError(file.string() + " is not an ordinary file");
+    if (access(file.c_str(), R_OK) != 0) {
+        throw WorkError(file.string() + " cannot be read (" + std::generic_category().message(errno) + ")");
+    }
+    if (fs::file_size(file) == 0) throw WorkError(file.string() + " is empty; an image file is needed");
+}
+
+ReadPicture ReadImage(host::Host& host, const fs::path& file, std::int64_t maxPixels, Console& console) {
+    console.BeginStage("reading " + file.string());
+    CheckImageFile(file);
+    VImage image = Open(file, VIPS_ACCESS_SEQUENTIAL);
+    CheckSize(image, file, maxPixels);
+    NoteLosses(image, file, console);
+    try {
+        // A sequential reader cannot give the rows in the order that turning needs.
+        if (NumberOr(image, VIPS_META_ORIENTATION, 1) > 1) image = Open(file, VIPS_ACCESS_RANDOM).autorot();
+        ReadPicture result;
+        result.origin.metadata = MetadataOf(image);
+        image = ToSrgb(image, file, console);
+        result.origin.hasAlpha = image.bands() == 4;
+        std::uint8_t leastAlpha = 255;
+        result.picture = PictureOf(host, image, console, &leastAlpha);
+        result.origin.isOpaque = leastAlpha == 255;
+        return result;
+    } catch (const vips::VError&) {
+        throw WorkError(file.string() + " is damaged or cut short: " + TakeLibraryMessage());
+    }
+}
+
+host::Picture PictureOf(host::Host& host, const VImage& image, Console& console, std::uint8_t* leastAlpha) {
+    host::Picture picture = host.NewPicture(image.width(), image.height());
+    PackedRows packed{host::Picture::Lock(picture), console};
+    if (vips_sink_disc(image.get_image(), PackRows, &packed) != 0) throw vips::VError();
+    if (leastAlpha) *leastAlpha = packed.leastAlpha;
+    return picture;
+}
+
+std::string TakeLibraryMessage() {
+    std::string_view message = vips_error_buffer();
+    message = message.substr(0, message.find('\n'));
+    if (const std::size_t colon = message.find(": "); colon != std::string_view::npos) message.remove_prefix(colon + 2);
+    std::string line = text::OnOneLine(message);
+    vips_error_clear();
+    return line.empty() ? "the image library gives no reason" : line;
+}
+
+}  // namespace ombrix::cli

@@ -1,0 +1,109 @@
+#include "cli/images/image_writer.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "cli/failure.h"
+#include "cli/images/metadata.h"
+#include "text/names.h"
+#include "text/phrases.h"
+
+namespace ombrix::cli {
+
+namespace fs = std::filesystem;
+using vips::VImage;
+
+namespace {
+
+constexpr int kDefaultQuality = 90;  // above libvips' own: this is to be looked at, not served
+
+constexpr std::array kFormats = {
+    OutputFormat{".jpg", "jpegsave", true, false}, OutputFormat{".jpeg", "jpegsave", true, false},
+    OutputFormat{".png", "pngsave", false, true},  OutputFormat{".webp", "webpsave", true, true},
+    OutputFormat{".tif", "tiffsave", false, true}, OutputFormat{".tiff", "tiffsave", false, true},
+    OutputFormat{".gif", "gifsave", false, true},  OutputFormat{".avif", "heifsave", true, true},
+    OutputFormat{".heic", "heifsave", true, true}, OutputFormat{".jxl", "jxlsave", true, true},
+    OutputFormat{".jp2", "jp2ksave", true, true},  OutputFormat{".bmp", "magicksave_bmp", false, true},
+    OutputFormat{".ppm", "ppmsave", false, false}, OutputFormat{".v", "vipssave", false, true},
+};
+
+bool IsBuiltIn(const OutputFormat& format) {
+    return vips_type_find("VipsForeignSave", std::string(format.writer).c_str()) != 0;
+}
+
+void Save(const VImage& image, const OutputFormat& format, std::optional<int> quality, const fs::path& file) {
+    vips::VOption* options = VImage::option()->set("in", image)->set("filename", file.c_str());
+    if (format.lossy) options->set("Q", quality.value_or(kDefaultQuality));
+    // Other TIFF files hold 4 GB at most.
+    const std::uint64_t bytes = VIPS_IMAGE_SIZEOF_IMAGE(image.get_image());
+    if (format.writer == "tiffsave" && bytes > 0xf0000000) options->set("bigtiff", true);
+    VImage::call(std::string(format.writer).c_str(), options);
+}
+
+}  // namespace
+
+const OutputFormat& FormatFor(const fs::path& file) {
+    const std::string suffix = text::LowerCase(file.extension().string());
+    std::vector<std::string> usable;
+    for (const OutputFormat& format : kFormats) {
+        if (!IsBuiltIn(format)) continue;
+        if (format.suffix == suffix) return format;
+        usable.emplace_back(format.suffix);
+    }
+    throw UsageError((suffix.empty() ? file.string() + " has no suffix to say what kind of file to write"
+                                     : file.string() + " cannot be written: " + suffix + " is an unknown suffix") +
+                     "; there are " + text::Listed(usable));
+}
+
+void CheckQuality(const OutputFormat& format, std::optional<int> quality) {
+    if (!quality || format.lossy) return;
+    std::vector<std::string> lossy;
+    for (const OutputFormat& other : kFormats) {
+        if (other.lossy && IsBuiltIn(other)) lossy.emplace_back(other.suffix);
+    }
+    throw UsageError("--quality means nothing for " + std::string(format.suffix) +
+                     ", which keeps every pixel; it is for " + text::Listed(lossy));
+}
+
+VImage Viewed(const host::Picture& picture, const host::Picture::Lock& pixels, bool withAlpha) {
+    const auto rowBytes = static_cast<int>(pixels.RowBytes());
+    const std::size_t size = static_cast<std::size_t>(rowBytes) * static_cast<std::size_t>(picture.Height());
+    // A row with its padding, then cropped. Padded 24-bit rows need not be whole pixels, so these begin as single
+    // bytes.
+    VImage image;
+    if (picture.Depth() == 32) {
+        image = VImage::new_from_memory(pixels.Base(), size, rowBytes / 4, picture.Height(), 4, VIPS_FORMAT_UCHAR)
+                    .extract_area(0, 0, picture.Width(), picture.Height());
+        const VImage colours = image.extract_band(1, VImage::option()->set("n", 3));
+        image = withAlpha ? colours.bandjoin(image[0]) : colours;
+    } else {
+        image = VImage::new_from_memory(pixels.Base(), size, rowBytes, picture.Height(), 1, VIPS_FORMAT_UCHAR)
+                    .extract_area(0, 0, picture.Width() * 3, picture.Height())
+                    .bandfold(VImage::option()->set("factor", 3));
+    }
+    return image.copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
+}
+
+void WriteImage(const host::Picture& picture, const ImageOrigin& origin, const OutputFormat& format,
+                std::optional<int> quality, const fs::path& file, const fs::path& name, Console& console) {
+    console.BeginStage("writing " + name.string());
+    try {
+        const host::Picture::Lock pixels(picture);
+        const bool withAlpha = origin.hasAlpha && picture.Depth() == 32;
+        VImage image = Viewed(picture, pixels, withAlpha);
+        if (withAlpha && !format.alpha) {
+            if (!origin.isOpaque) {
+                console.Note(std::string(format.suffix) + " files have no transparency; " + name.string() +
+                             " is laid on white");
+            }
+            image = image.flatten(VImage::option()->set("background", std::vector<double>{255, 255, 255}));
+        }
+        if (!origin.metadata.is_null()) image = WithMetadata(image, origin.metadata);
+        Save(image, format, quality, file);
+    } catch (const vips::VError&) {
+        throw WorkError(name.string() + " cannot be written: " + TakeLibraryMessage());
+    }
+}
+
+}  // namespace ombrix::cli

@@ -1,0 +1,40 @@
+#include "cli/images/result_file.h"
+
+#include "cli/failure.h"
+
+namespace ombrix::cli {
+
+namespace {
+
+constexpr std::string_view kUtilities = "OmbrixUtilities";
+constexpr std::string_view kConvert = "EnsurePictureCompatible";
+
+const OutputFormat& CheckedFormat(const std::filesystem::path& target, std::optional<int> quality) {
+    const OutputFormat& format = FormatFor(target);
+    CheckQuality(format, quality);
+    return format;
+}
+
+}  // namespace
+
+host::Picture Usable(host::Host& host, const host::Picture& picture) {
+    const int depth = picture.Depth();
+    if (depth == 24 || depth == 32) return picture;
+    host::Picture converted;
+    if (host.FindModule(kUtilities)) {
+        converted = host::Picture(host.CallModule(kUtilities, kConvert, {host::Object(picture)}).AsObject());
+    }
+    if (!converted) throw WorkError("no plug-in can convert a picture of " + std::to_string(depth) + " bits");
+    return converted;
+}
+
+ResultFile::ResultFile(const std::filesystem::path& target, bool mayReplace, std::optional<int> quality)
+    : format_(CheckedFormat(target, quality)), quality_(quality), file_(target, mayReplace) {}
+
+void ResultFile::Write(Session& session, const host::Picture& picture, const ImageOrigin& origin) {
+    const std::filesystem::path& unfinished = file_.Create();
+    WriteImage(Usable(session.host, picture), origin, format_, quality_, unfinished, file_.Target(), session.console);
+    file_.Commit();
+}
+
+}  // namespace ombrix::cli

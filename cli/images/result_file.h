@@ -1,0 +1,31 @@
+// The picture that a command writes.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+#include "cli/images/image_writer.h"
+#include "cli/images/output_file.h"
+#include "cli/session.h"
+
+namespace ombrix::cli {
+
+/// The picture if effects and files can take it (24 or 32 bits), or what a plug-in converts it to. A WorkError when
+/// none can.
+host::Picture Usable(host::Host& host, const host::Picture& picture);
+
+/// A command's output file. Construct it before the work, to find mistakes first.
+class ResultFile {
+  public:
+    /// A UsageError or WorkError when there can be no such file. The quality is 1 to 100.
+    ResultFile(const std::filesystem::path& target, bool mayReplace, std::optional<int> quality);
+
+    void Write(Session& session, const host::Picture& picture, const ImageOrigin& origin);
+
+  private:
+    const OutputFormat& format_;
+    const std::optional<int> quality_;
+    OutputFile file_;
+};
+
+}  // namespace ombrix::cli

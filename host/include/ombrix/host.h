@@ -1,0 +1,99 @@
+// The embedded host: loads plug-ins and works with objects of the classes that they register. A program includes this
+// header alone.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ombrix/error.h"
+#include "ombrix/object.h"
+#include "ombrix/picture.h"
+#include "ombrix/reflection.h"
+#include "ombrix/value.h"
+
+namespace ombrix::host {
+
+/// What the host does when a plug-in or the program breaks a rule: releases an object once too often, unlocks what it
+/// has not locked, leaves a lock behind, calls from a foreign thread.
+enum class FaultPolicy {
+    Throw,  ///< note it, and end the call in which it happened with an Error
+    Abort,  ///< print it and abort at once, for tests and debuggers
+    Note,   ///< note it only; see Host::Faults
+};
+
+struct HostOptions {
+    double version = 2024.0;  ///< the host's version, as plug-ins are told
+    FaultPolicy faults = FaultPolicy::Throw;
+    /// Services to hide from plug-ins, by name.
+    std::set<std::string, std::less<>> withheldServices = {};
+    /// Called with each fault, also with those found while the Host ends. Must not throw.
+    std::function<void(const std::string&)> onFault = {};
+};
+
+/// Plug-ins know one resolver per process, so only one Host exists at a time. It, its objects and its pictures belong
+/// to the thread that made it. Names are the same in any case.
+class Host {
+  public:
+    explicit Host(HostOptions options = {});
+    /// Destroys objects that still live, noting a fault for each, and unloads the plug-ins.
+    ~Host();
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    /// Loads a plug-in and takes in what it registers: all of it, or nothing and an Error that names the bad class and
+    /// row.
+    void Load(const std::filesystem::path& plugin);
+
+    /// A new object of a class, registered or the host's own.
+    Object New(std::string_view className);
+    /// Pixels are 0. An Error when the size is negative, the depth is not 16, 24 or 32, or memory is short.
+    Picture NewPicture(std::int64_t width, std::int64_t height, std::int64_t depth = 32);
+    /// A picture that is not a bitmap: it has a size and no pixels.
+    Picture NewDrawing(std::int64_t width, std::int64_t height);
+    Point NewPoint(std::int64_t x, std::int64_t y);
+    /// An IProgressHandler that calls `report(rowsDone, rowsInAll)`. What `report` throws is thrown on when the plug-in
+    /// has returned from its call.
+    Object NewProgressHandler(std::function<void(std::int64_t, std::int64_t)> report);
+
+    /// Chooses a method of a module as Object::Call does, and calls it.
+    Value CallModule(std::string_view module, std::string_view method, const std::vector<Argument>& arguments = {});
+    /// Calls this method, for example one from ChooseMethod.
+    Value CallModule(std::string_view module, const MethodInfo& method, const std::vector<Argument>& arguments);
+
+    /// In the order of registration. The host's own classes come first.
+    std::vector<ClassInfo> Classes() const;
+    std::vector<ModuleInfo> Modules() const;
+    /// Null when there is none. Valid until the next Load.
+    const ClassInfo* FindClass(std::string_view name) const;
+    const ModuleInfo* FindModule(std::string_view name) const;
+    /// The class, then its superclasses.
+    std::vector<const ClassInfo*> Ancestry(std::string_view className) const;
+    /// Whether the class is, derives from or implements what is named.
+    bool IsA(std::string_view className, std::string_view classOrInterface) const;
+    /// Looks in the class, then in its superclasses; null when none has it.
+    const PropertyInfo* FindProperty(std::string_view className, std::string_view property) const;
+
+    /// The methods of this name: of a module, or of a class and its superclasses.
+    std::vector<MethodInfo> FindMethods(std::string_view classOrModule, std::string_view method) const;
+    /// The method that a call with arguments of these names means, for programs that need the parameters' types before
+    /// they have values. Follows Object::Call as far as names decide. Nothing when no method takes the names; an Error
+    /// when several do equally well.
+    std::optional<MethodInfo> ChooseMethod(std::string_view classOrModule, std::string_view method,
+                                           const std::vector<std::string>& arguments) const;
+
+    std::int64_t LiveObjects() const;
+    std::int64_t OutstandingLocks() const;
+    const std::vector<std::string>& Faults() const;
+
+  private:
+    std::unique_ptr<class HostState> state_;
+};
+
+}  // namespace ombrix::host

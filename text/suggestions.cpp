@@ -1,0 +1,49 @@
+#include "text/suggestions.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "text/names.h"
+#include "text/phrases.h"
+
+namespace ombrix::text {
+namespace {
+
+/// Insertions, removals and replacements that turn one name into the other.
+std::size_t EditDistance(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t replaced = diagonal + (LowerCase(a[i]) == LowerCase(b[j]) ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row[b.size()];
+}
+
+}  // namespace
+
+std::string NearestName(std::string_view name, const std::vector<std::string>& names) {
+    std::string nearest;
+    std::size_t best = std::max<std::size_t>(1, name.size() / 3) + 1;
+    for (const std::string& candidate : names) {
+        const std::size_t distance = EditDistance(name, candidate);
+        if (distance < best) {
+            best = distance;
+            nearest = candidate;
+        }
+    }
+    return nearest;
+}
+
+std::string Suggestion(std::string_view name, const std::vector<std::string>& names) {
+    const std::string nearest = NearestName(name, names);
+    if (!nearest.empty()) return "; did you mean " + Quoted(nearest) + "?";
+    return names.empty() ? "; there are none" : "; there are: " + Join(names);
+}
+
+}  // namespace ombrix::text
