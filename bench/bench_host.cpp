@@ -5,12 +5,12 @@
 #include <stdexcept>
 #include <string>
 
-#include "frame/plugin_entry.h"
+#include "sdk/plugin_main.h"
 
 namespace ombrix::bench {
 namespace {
 
-/// Where the data of an instance's first class begins: behind what a host would keep there itself.
+/// Bytes of an instance that a host keeps for itself, before the data of its classes.
 constexpr std::int64_t kHeaderSize = 16;
 
 std::map<std::string, REALclassDefinition*, std::less<>> classes;

@@ -4,16 +4,15 @@
 #include <cstring>
 #include <new>
 
+#include "bench/cache_line.h"
 #include "platform/bitmap_context.h"
 
 namespace ombrix::bench {
 namespace {
 
-constexpr std::size_t kAlignment = 64;
-
 std::uint8_t* Allocate(std::size_t bytes) {
-    const std::size_t rounded = (bytes + kAlignment - 1) / kAlignment * kAlignment;
-    void* memory = std::aligned_alloc(kAlignment, rounded);
+    const std::size_t rounded = (bytes + kCacheLine - 1) / kCacheLine * kCacheLine;
+    void* memory = std::aligned_alloc(kCacheLine, rounded);
     if (!memory) throw std::bad_alloc();
     std::memset(memory, 0xff, rounded);
     return static_cast<std::uint8_t*>(memory);

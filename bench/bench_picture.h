@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "frame/definition_records.h"
 #include "platform/core_graphics.h"
+#include "sdk/definition_records.h"
 
 namespace ombrix::bench {
 
@@ -19,15 +19,15 @@ struct Size {
     double Megapixels() const { return static_cast<double>(width) * height / 1e6; }
 };
 
-/// The picture that rows are measured on: that of a common camera.
+/// A common camera's.
 inline constexpr Size kPhotoSize{4000, 3000};
 
 /// A picture of the benchmark's host. Rows follow each other without padding.
 class BenchPicture {
   public:
-    /// Of `bits` per pixel: 24 or 32. All bytes are 255: each was written once, so that no page fault is measured.
+    /// Of 24 or 32 `bits` per pixel. All bytes are written, with 255, so that no page fault is measured.
     BenchPicture(Size size, int bits);
-    /// Over the bytes of somebody else, who keeps them for as long as this lives.
+    /// Over bytes that their owner keeps for as long as this lives.
     BenchPicture(Size size, int bits, std::uint8_t* bytes);
     ~BenchPicture();
     BenchPicture(const BenchPicture&) = delete;

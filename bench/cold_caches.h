@@ -1,4 +1,4 @@
-// Pictures that are not in the processor's caches, as those that were just loaded mostly are not.
+// Empties the caches, so that pictures come from memory.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@ class ColdCaches {
   public:
     ColdCaches();
 
-    /// Reads it all, so that caches hold nothing else.
+    /// Reads all of it: the caches hold nothing else then.
     void Evict() const;
 
   private:

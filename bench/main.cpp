@@ -1,19 +1,24 @@
-// Measures the plug-in's work on pixels and prints a table.
+// Measures the plug-in's work on pixels and prints tables.
 #include <benchmark/benchmark.h>
 
 #include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
 #include <iostream>
 #include <string>
 #include <vector>
 
 #include "bench/bench_host.h"
-#include "bench/blend_rows.h"
+#include "bench/blend_tables.h"
+#include "bench/content_tables.h"
 #include "bench/growth.h"
-#include "bench/host_rows.h"
+#include "bench/limit_table.h"
 #include "bench/machine.h"
-#include "bench/small_rows.h"
+#include "bench/picture_set.h"
+#include "bench/small_picture_table.h"
 #include "bench/table_reporter.h"
-#include "bench/tone_rows.h"
+#include "bench/tone_tables.h"
+#include "bench/whole_call_table.h"
 
 namespace ombrix::bench {
 namespace {
@@ -24,30 +29,35 @@ struct Options {
     std::string level;
     std::string json;
     std::string growth;
+    bool cold = false;
     bool markdown = false;
-    bool peers = false;  ///< for ./run, which has done it when this starts
+    bool peers = false;  ///< ./run has done that when this starts
 };
 
 void Declare(CLI::App& app, Options& options) {
     app.add_option("--filter", options.filter,
-                   "Only the rows whose name matches this regular expression; a name is like\n"
+                   "Only the lines whose name matches this regular expression; a name is like\n"
                    "'in place/brightness/tasks:2'")
         ->type_name("REGEX");
     app.add_option("--tasks", options.tasks, "Numbers of tasks to measure with, 1 to 8, by commas; 1,2 unless given")
         ->delimiter(',')
         ->type_name("N,...")
         ->check(CLI::Range(1, 8));
-    app.add_option("--level", options.level, "Work with lower instructions than the processor has")
+    app.add_option("--level", options.level,
+                   "Give the effects lower instructions than the processor has; the limits keep the best")
         ->check(CLI::IsMember(LevelNames()));
+    app.add_flag("--cold", options.cold,
+                 "Empty the caches before each piece that is timed, where they could hold the pictures. Takes several\n"
+                 "times as long");
     app.add_option("--growth", options.growth,
                    "Measure instead how the time for a pixel grows from 1 to 500 megapixels, and write it to this\n"
-                   "CSV file as well. bench/growth.gp draws it; the build target growth_picture does both")
+                   "CSV file too. bench/growth.gp draws it; the build target growth_picture does both")
         ->type_name("FILE");
     app.add_flag("--peers", options.peers,
-                 "Install the libraries to compare with (Debian packages) first, and build with them. Those that\n"
-                 "are there are compared with anyway");
+                 "Install the libraries to compare with (Debian packages) and build with them first. Those that\n"
+                 "are installed are compared with anyway");
     app.add_flag("--markdown", options.markdown, "Print the tables as Markdown");
-    app.add_option("--json", options.json, "Write all that was measured to this file as well")->type_name("FILE");
+    app.add_option("--json", options.json, "Write all that was measured to this file too")->type_name("FILE");
 }
 
 /// Google Benchmark reads its options from a command line.
@@ -69,6 +79,19 @@ int Grow(const std::string& file) {
     return 1;
 }
 
+void AddTables(const std::vector<int>& taskCounts) {
+    AddLimitTable(taskCounts);
+    AddToneTables(32, taskCounts);
+    AddBlendTables(32, taskCounts);
+    AddContentTables();
+    const std::vector<int> oneTask{1};
+    AddToneTables(24, oneTask);
+    AddBlendTables(24, oneTask);
+    // The plug-in that a host loads chooses its own level.
+    if (gInstructionLevel == BestInstructionLevel()) AddWholeCallTable(taskCounts);
+    AddSmallPictureTable(taskCounts);
+}
+
 int Run(const Options& options) {
     if (!options.level.empty()) {
         const InstructionLevel level = *LevelNamed(options.level);
@@ -80,25 +103,34 @@ int Run(const Options& options) {
     }
     StartHost();
     if (!options.growth.empty()) return Grow(options.growth);
-    AddToneRows(options.tasks);
-    AddBlendRows(options.tasks);
-    // The plug-in that a host loads has the level of its own choice.
-    if (gInstructionLevel == BestInstructionLevel()) AddHostRows(options.tasks);
-    AddSmallRows(options.tasks);
+    if (options.cold) UseColdCaches();
+    AddTables(options.tasks);
     Initialize(options);
     TableReporter table(options.markdown ? TableStyle::Markdown : TableStyle::Text);
     if (benchmark::RunSpecifiedBenchmarks(&table) == 0) return 1;
-    std::cout << "\nRows that miss what they are held to: " << table.Missed() << '\n';
+    std::cout << "\nLines that miss their bar: " << table.Missed() << '\n';
     return 0;
+}
+
+int Main(int count, char** words) {
+    CLI::App app(
+        "Measures how fast the effects work on pixels, as a share of the fastest loop that moves the same\n"
+        "bytes, timed right beside. Takes about five minutes.",
+        "./run bench");
+    Options options;
+    Declare(app, options);
+    CLI11_PARSE(app, count, words);
+    return Run(options);
 }
 
 }  // namespace
 }  // namespace ombrix::bench
 
 int main(int argc, char** argv) {
-    CLI::App app("Measures the row work of the effects against the pace of memcpy in the same run.", "./run bench");
-    ombrix::bench::Options options;
-    ombrix::bench::Declare(app, options);
-    CLI11_PARSE(app, argc, argv);
-    return ombrix::bench::Run(options);
+    try {
+        return ombrix::bench::Main(argc, argv);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "bench: %s\n", failure.what());
+        return 1;
+    }
 }

@@ -3,10 +3,16 @@
 #include <cstring>
 #include <memory>
 
-#include "bench/copy_pace.h"
-#include "bench/picture_content.h"
+#include "bench/cold_caches.h"
 
 namespace ombrix::bench {
+namespace {
+
+std::unique_ptr<ColdCaches> cold_caches;  // or null
+
+}  // namespace
+
+void UseColdCaches() { cold_caches = std::make_unique<ColdCaches>(); }
 
 PictureSet::PictureSet(Size size, int bits)
     : source(size, bits),
@@ -14,23 +20,32 @@ PictureSet::PictureSet(Size size, int bits)
       fill(size, bits),
       mask(size, bits),
       destination(size, bits),
-      scratch(size, bits) {
-    PaintPhoto(original, 1);
-    PaintPhoto(fill, 2);
+      content_(Content::Photo) {
     PaintMask(mask);
-    RestoreSource();
+    bench::Paint(original, content_, 1);
+    bench::Paint(fill, content_, 2);
 }
 
-void PictureSet::RestoreSource() const { std::memcpy(source.Bytes(), original.Bytes(), original.ByteCount()); }
+void PictureSet::Paint(Content content) {
+    if (content == content_) return;
+    bench::Paint(original, content, 1);
+    bench::Paint(fill, content, 2);
+    content_ = content;
+}
 
-void PictureSet::CopySource(int tasks) const { Copy(scratch.Bytes(), source.Bytes(), source.ByteCount(), tasks); }
+void PictureSet::Prepare() const {
+    std::memcpy(source.Bytes(), original.Bytes(), original.ByteCount());
+    if (cold_caches) cold_caches->Evict();
+}
 
-PictureSet& Pictures(Size size, int bits) {
+PictureSet& Pictures(Size size, int bits, Content content) {
     static std::unique_ptr<PictureSet> set;
     if (!set || set->source.Extent() != size || set->source.BytesPerPixel() != bits / 8) {
         set.reset();
         set = std::make_unique<PictureSet>(size, bits);
     }
+    set->Paint(content);
+    set->Prepare();
     return *set;
 }
 

@@ -1,7 +1,8 @@
-// The pictures that rows share.
+// The pictures that lines share.
 #pragma once
 
 #include "bench/bench_picture.h"
+#include "bench/picture_content.h"
 
 namespace ombrix::bench {
 
@@ -9,20 +10,27 @@ namespace ombrix::bench {
 struct PictureSet {
     PictureSet(Size size, int bits);
 
-    /// Gives `source` its content back, after work in place.
-    void RestoreSource() const;
-    /// The yardstick: copies the source's pixels to where nothing else works.
-    void CopySource(int tasks) const;
+    /// Gives source and fill this content.
+    void Paint(Content content);
+    /// Gives `source` its content back. With cold caches, empties them too.
+    void Prepare() const;
 
     BenchPicture source;
-    BenchPicture original;  ///< what `source` was in the beginning
+    BenchPicture original;  ///< what `source` is restored from
     BenchPicture fill;
     BenchPicture mask;
     BenchPicture destination;
-    BenchPicture scratch;
+
+  private:
+    Content content_;
 };
 
-/// The set of that size and depth. It is kept until another is asked for: two at a time would take much memory.
-PictureSet& Pictures(Size size, int bits);
+/// Whether pictures come from memory: off unless this is called. Else caches of some hundred megabytes hold the
+/// pictures from one piece of work to the next.
+void UseColdCaches();
+
+/// The set of that size and depth, with that content, prepared. It is kept until another size or depth is asked for:
+/// two sets would take much memory.
+PictureSet& Pictures(Size size, int bits, Content content = Content::Photo);
 
 }  // namespace ombrix::bench

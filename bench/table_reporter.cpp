@@ -6,8 +6,9 @@
 #include <span>
 #include <string_view>
 
+#include "bench/bench_picture.h"
 #include "bench/machine.h"
-#include "bench/row.h"
+#include "bench/table_line.h"
 
 namespace ombrix::bench {
 namespace {
@@ -18,11 +19,11 @@ struct Column {
 };
 
 constexpr Column kColumns[] = {
-    {"work", -20},   {"tasks", 5}, {"Mpixel/s", 8}, {"ratio", 6},
-    {"at least", 8}, {"aim", 4},   {"", -5},        {"peers, best first; notes", -48},
+    {"measured", -26}, {"tasks", 5}, {"Mpixel/s", 8}, {"share", 5},   {"at least", 8},
+    {"aim", 4},        {"", -5},     {"GB/s", 5},     {"limit", -11}, {"others, best first; notes", -25},
 };
 
-/// The marks of rows that miss what they are held to.
+/// The marks of lines that miss their bar.
 constexpr const char* kTooLittle = "BELOW";
 constexpr const char* kTooMuch = "ABOVE";
 
@@ -39,28 +40,28 @@ std::string CounterText(const benchmark::UserCounters& counters, const char* nam
 
 double Value(const benchmark::UserCounters& counters, const char* name) { return counters.at(name).value; }
 
-/// Whether the row reaches what it is held to; nothing when it is held to nothing.
+/// Whether the line reaches its bar; nothing when it has none.
 std::string Mark(const benchmark::UserCounters& counters) {
     if (counters.contains(kMostOverheadCounter)) {
         return Value(counters, kOverheadCounter) <= Value(counters, kMostOverheadCounter) ? "ok" : kTooMuch;
     }
     if (!counters.contains(kLeastCounter)) return "";
-    const double ratio = Value(counters, kRatioCounter);
-    if (ratio < Value(counters, kLeastCounter)) return kTooLittle;
-    return counters.contains(kAimCounter) && ratio >= Value(counters, kAimCounter) ? "aim" : "ok";
+    const double share = Value(counters, kShareCounter);
+    if (share < Value(counters, kLeastCounter)) return kTooLittle;
+    return counters.contains(kAimCounter) && share >= Value(counters, kAimCounter) ? "aim" : "ok";
 }
 
-/// The peers' ratios, the best first.
-std::string Peers(const benchmark::UserCounters& counters) {
-    std::vector<std::pair<double, std::string>> peers;
+/// What other libraries or loops reach, the best first.
+std::string Others(const benchmark::UserCounters& counters) {
+    std::vector<std::pair<double, std::string>> others;
     for (const auto& [name, counter] : counters) {
-        if (name.starts_with(kPeerCounter)) {
-            peers.emplace_back(counter.value, name.substr(std::string_view(kPeerCounter).size()));
+        if (name.starts_with(kOtherCounter)) {
+            others.emplace_back(counter.value, name.substr(std::string_view(kOtherCounter).size()));
         }
     }
-    std::sort(peers.rbegin(), peers.rend());
+    std::sort(others.rbegin(), others.rend());
     std::string text;
-    for (const auto& [ratio, name] : peers) text += (text.empty() ? "" : "  ") + name + ' ' + Number(ratio, 2);
+    for (const auto& [value, name] : others) text += (text.empty() ? "" : ", ") + name + ' ' + Number(value, 2);
     return text;
 }
 
@@ -76,33 +77,38 @@ bool TableReporter::ReportContext(const Context&) {
     GetOutputStream()
         << ProcessorName() << "; instruction level " << NameOf(gInstructionLevel) << "; " << CompilerName()
         << "; pictures of " << kPhotoSize.width << " x " << kPhotoSize.height << " pixels.\n"
-        << "ratio: the pace of the work by that of memcpy on the same pixels and as many tasks, median of "
-        << kIterations << ".\n";
+        << "share: the time of the limit, the fastest loop that only moves the same bytes, by the time of the work;\n"
+        << "       median of " << kRounds << " rounds, both on as many tasks. Bars are for one task and level v4.\n"
+        << "GB/s:  what the limit reads and writes. Its form: 'ahead 2K' prefetches 2 KiB ahead; 'stream' stores past\n"
+        << "       the caches.\n";
     return true;
 }
 
 void TableReporter::ReportRuns(const std::vector<Run>& runs) {
     for (const Run& run : runs) {
-        const RowName name = RowName::Split(run.run_name.function_name);
-        if (name.group != group_) StartGroup(name.group);
+        const LineName name = LineName::Split(run.run_name.function_name);
+        if (name.table != table_) StartTable(name.table);
+        const std::string tasks = std::to_string(name.tasks);
         if (run.error_occurred) {
-            PrintLine({name.work, std::to_string(name.tasks), "", "", "", "", "ERROR", run.error_message});
+            PrintLine({name.measured, tasks, "", "", "", "", "ERROR", "", "", run.error_message});
             continue;
         }
         const std::string mark = Mark(run.counters);
         missed_ += mark == kTooLittle || mark == kTooMuch;
-        PrintLine({name.work, std::to_string(name.tasks), CounterText(run.counters, kPixelRateCounter, 0),
-                   CounterText(run.counters, kRatioCounter, 2), CounterText(run.counters, kLeastCounter, 2),
-                   CounterText(run.counters, kAimCounter, 2), mark, run.report_label + Peers(run.counters)});
+        const bool hasLimit = run.counters.contains(kLimitRateCounter);
+        PrintLine({name.measured, tasks, CounterText(run.counters, kPixelRateCounter, 0),
+                   CounterText(run.counters, kShareCounter, 2), CounterText(run.counters, kLeastCounter, 2),
+                   CounterText(run.counters, kAimCounter, 2), mark, CounterText(run.counters, kLimitRateCounter, 1),
+                   hasLimit ? run.report_label : "", hasLimit ? Others(run.counters) : run.report_label});
     }
     GetOutputStream().flush();
 }
 
-void TableReporter::StartGroup(const std::string& group) {
-    group_ = group;
+void TableReporter::StartTable(const std::string& name) {
+    table_ = name;
     std::vector<std::string> titles;
     for (const Column& column : kColumns) titles.emplace_back(column.title);
-    GetOutputStream() << (style_ == TableStyle::Markdown ? "\n### " : "\n== ") << group << '\n';
+    GetOutputStream() << (style_ == TableStyle::Markdown ? "\n### " : "\n== ") << name << '\n';
     if (style_ == TableStyle::Markdown) GetOutputStream() << '\n';
     PrintLine(titles);
     if (style_ == TableStyle::Markdown) {

@@ -1,4 +1,4 @@
-// Prints the rows as one table: on a terminal of 120 columns, or as Markdown.
+// Prints the lines as tables: for a terminal of 120 columns, or as Markdown.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -17,15 +17,15 @@ class TableReporter : public benchmark::BenchmarkReporter {
     bool ReportContext(const Context& context) override;
     void ReportRuns(const std::vector<Run>& runs) override;
 
-    /// Rows that miss what they are held to.
+    /// Lines that miss their bar.
     int Missed() const { return missed_; }
 
   private:
-    void StartGroup(const std::string& group);
+    void StartTable(const std::string& name);
     void PrintLine(const std::vector<std::string>& cells);
 
     TableStyle style_;
-    std::string group_;
+    std::string table_;
     int missed_ = 0;
 };
 

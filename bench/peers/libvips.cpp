@@ -1,4 +1,4 @@
-// libvips, from memory to memory on one worker thread. It computes in floating point where numbers are not whole.
+// libvips, from memory to memory on one thread. It computes in floating point where numbers are not whole.
 #include <vips/vips.h>
 
 #include <map>
@@ -7,7 +7,7 @@
 #include <string>
 
 #include "bench/peers/peers.h"
-#include "bench/tone_works.h"
+#include "bench/tone_effects.h"
 
 namespace ombrix::bench {
 namespace {
@@ -17,7 +17,7 @@ struct Unreference {
 };
 using Image = std::unique_ptr<VipsImage, Unreference>;
 
-/// `image` is read after the call that gave the status has set it.
+/// By reference: the call that gives the status sets `image`.
 Image Take(int status, VipsImage*& image) {
     if (status != 0) throw std::runtime_error(vips_error_buffer());
     return Image(image);
@@ -84,17 +84,17 @@ void Start() {
     static const bool started = VIPS_INIT("bench") == 0;
     if (!started) throw std::runtime_error("libvips does not start");
     vips_concurrency_set(1);
-    vips_cache_set_max(0);  // every run is to compute
+    vips_cache_set_max(0);  // else a second run would not compute
 }
 
 }  // namespace
 
-std::function<void()> LibvipsWork(const RowName& row, PictureSet& pictures) {
-    const auto operation = kOperations.find(row.work);
-    if (row.group != kIntoNew || operation == kOperations.end()) return nullptr;
+std::function<void()> LibvipsCounterpart(const LineName& line, PictureSet& pictures) {
+    const auto operation = kOperations.find(line.measured);
+    if (line.table != kIntoNew || operation == kOperations.end()) return nullptr;
     Start();
     return [&pictures, operation] {
-        // Pipelines are made anew for each run, as they are used up by it.
+        // A run uses its pipeline up.
         const Image source = ImageOf(pictures.source);
         const Image destination = ImageOf(pictures.destination);
         const Image result = operation->second(source.get());

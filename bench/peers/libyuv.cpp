@@ -6,8 +6,9 @@
 #include <memory>
 #include <string>
 
+#include "bench/blend_modes.h"
 #include "bench/peers/peers.h"
-#include "bench/tone_works.h"
+#include "bench/tone_effects.h"
 
 namespace ombrix::bench {
 namespace {
@@ -26,13 +27,13 @@ struct Argb {
     int height;
 };
 
-using PictureWork = void (*)(const Argb& picture);
-using BlendWork = void (*)(const Argb& source, const Argb& fill, const Argb& destination);
+using InPlaceFunction = void (*)(const Argb& picture);
+using BlendFunction = void (*)(const Argb& source, const Argb& fill, const Argb& destination);
 
 void Map(const Argb& picture) {
     static const auto table = [] {
         const MapTables tables;
-        std::array<std::uint8_t, 4 * 256> all;
+        std::array<std::uint8_t, 1024> all;  // 4 channels of 256
         for (std::size_t i = 0; i < 256; ++i) {
             all[4 * i] = static_cast<std::uint8_t>(i);
             all[4 * i + 1] = tables.red[i];
@@ -53,7 +54,7 @@ void Grey(const Argb& picture) {
                             picture.height);
 }
 
-const std::map<std::string, PictureWork> kInPlaceWorks = {
+const std::map<std::string, InPlaceFunction> kInPlaceFunctions = {
     {"map", Map},
     {"grey NTSC_PAL", [](const Argb& p) { libyuv::ARGBGray(p.bytes, p.stride, 0, 0, p.width, p.height); }},
     {"grey ITU_R", Grey<14, 46, 4>},
@@ -69,7 +70,7 @@ void Combine(const Argb& source, const Argb& fill, const Argb& destination) {
              source.height);
 }
 
-const std::map<std::string, BlendWork> kBlendWorks = {
+const std::map<std::string, BlendFunction> kBlendFunctions = {
     {"normal",
      [](const Argb&, const Argb& fill, const Argb& destination) {
          libyuv::ARGBCopy(fill.bytes, fill.stride, destination.bytes, destination.stride, fill.width, fill.height);
@@ -86,23 +87,23 @@ void Mix(const Argb& source, const Argb& fill, const Argb& destination) {
 
 }  // namespace
 
-std::function<void()> LibyuvWork(const RowName& row, PictureSet& pictures) {
+std::function<void()> LibyuvCounterpart(const LineName& line, PictureSet& pictures) {
     const Argb source(pictures.source);
-    if (row.group == kInPlace && kInPlaceWorks.contains(row.work)) {
-        return [work = kInPlaceWorks.at(row.work), source] { work(source); };
+    if (line.table == kInPlace && kInPlaceFunctions.contains(line.measured)) {
+        return [function = kInPlaceFunctions.at(line.measured), source] { function(source); };
     }
     const Argb fill(pictures.fill);
     const Argb destination(pictures.destination);
-    if (row.group == kIntoNew && row.work == "grey NTSC_PAL") {
+    if (line.table == kIntoNew && line.measured == "grey NTSC_PAL") {
         return [=] {
             libyuv::ARGBGrayTo(source.bytes, source.stride, destination.bytes, destination.stride, source.width,
                                source.height);
         };
     }
-    if (row.group == kBlend && kBlendWorks.contains(row.work)) {
-        return [=, work = kBlendWorks.at(row.work)] { work(source, fill, destination); };
+    if (line.table == kBlend && kBlendFunctions.contains(line.measured)) {
+        return [=, function = kBlendFunctions.at(line.measured)] { function(source, fill, destination); };
     }
-    if (row.group == kBlendMixed && row.work == "normal") return [=] { Mix(source, fill, destination); };
+    if (line.table == kBlendMixed && line.measured == "normal") return [=] { Mix(source, fill, destination); };
     return nullptr;
 }
 

@@ -1,4 +1,4 @@
-// OpenCV. Its matrices work from one picture to another, in the rows for work in place too; its masks choose pixels and
+// OpenCV. Its matrices work from one picture to another, also where the line is in place. Its masks choose pixels and
 // do not weigh them; its mix of two pictures takes no mask.
 #include <map>
 #include <memory>
@@ -6,8 +6,9 @@
 #include <opencv2/imgproc.hpp>
 #include <string>
 
+#include "bench/blend_modes.h"
 #include "bench/peers/peers.h"
-#include "bench/tone_works.h"
+#include "bench/tone_effects.h"
 
 namespace ombrix::bench {
 namespace {
@@ -16,7 +17,7 @@ cv::Mat MatOf(const BenchPicture& picture) {
     return {picture.Extent().height, picture.Extent().width, CV_8UC4, picture.Bytes(), picture.RowBytes()};
 }
 
-/// What the operations work on. Source, fill and destination are pictures that are there, so nothing is allocated.
+/// Source, fill and destination are pictures that exist, so nothing is allocated.
 struct Mats {
     cv::Mat source;
     cv::Mat fill;
@@ -91,33 +92,33 @@ const Operations kMixedOperations = {
     {"normal", [](Mats& m) { cv::addWeighted(m.source, 1 - kMixedOpacity, m.fill, kMixedOpacity, 0, m.destination); }},
 };
 
-const Operations* OperationsOf(const std::string& group) {
+const Operations* OperationsOf(const std::string& table) {
     static const std::map<std::string, const Operations*> operations = {{kInPlace, &kToneOperations},
                                                                         {kIntoNew, &kToneOperations},
                                                                         {kInPlaceMasked, &kMaskedOperations},
                                                                         {kBlend, &kBlendOperations},
                                                                         {kBlendMixed, &kMixedOperations}};
-    const auto found = operations.find(group);
+    const auto found = operations.find(table);
     return found == operations.end() ? nullptr : found->second;
 }
 
-bool NeedsTwoPictures(const std::string& work) {
-    return work == "sepia" || (work.starts_with("grey") && work != "grey NTSC_PAL");
+bool NeedsTwoPictures(const std::string& effect) {
+    return effect == "sepia" || (effect.starts_with("grey") && effect != "grey NTSC_PAL");
 }
 
 }  // namespace
 
-std::function<void()> OpenCvWork(const RowName& row, PictureSet& pictures) {
-    const Operations* operations = OperationsOf(row.group);
-    if (!operations || !operations->contains(row.work)) return nullptr;
+std::function<void()> OpenCvCounterpart(const LineName& line, PictureSet& pictures) {
+    const Operations* operations = OperationsOf(line.table);
+    if (!operations || !operations->contains(line.measured)) return nullptr;
     cv::setNumThreads(1);
     const auto mats = std::make_shared<Mats>();
     mats->source = MatOf(pictures.source);
     mats->fill = MatOf(pictures.fill);
-    const bool inPlace = row.group == kInPlace || row.group == kInPlaceMasked;
-    mats->destination = inPlace && !NeedsTwoPictures(row.work) ? mats->source : MatOf(pictures.destination);
-    if (row.group == kInPlaceMasked) cv::extractChannel(MatOf(pictures.mask), mats->mask, 1);
-    const Operation operation = operations->at(row.work);
+    const bool inPlace = line.table == kInPlace || line.table == kInPlaceMasked;
+    mats->destination = inPlace && !NeedsTwoPictures(line.measured) ? mats->source : MatOf(pictures.destination);
+    if (line.table == kInPlaceMasked) cv::extractChannel(MatOf(pictures.mask), mats->mask, 1);
+    const Operation operation = operations->at(line.measured);
     return [mats, operation] { operation(*mats); };
 }
 

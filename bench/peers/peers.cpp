@@ -1,47 +1,44 @@
 #include "bench/peers/peers.h"
 
 #include <string>
-
-#include "bench/pace.h"
-
 namespace ombrix::bench {
 namespace {
 
 struct Library {
     const char* name;
-    std::function<void()> (*workFor)(const RowName& row, PictureSet& pictures);
+    std::function<void()> (*counterpartOf)(const LineName& line, PictureSet& pictures);
 };
 
 constexpr Library kLibraries[] = {
 #if defined(OMBRIX_BENCH_OPENCV)
-    {"OpenCV", OpenCvWork},
+    {"OpenCV", OpenCvCounterpart},
 #endif
 #if defined(OMBRIX_BENCH_LIBYUV)
-    {"libyuv", LibyuvWork},
+    {"libyuv", LibyuvCounterpart},
 #endif
 #if defined(OMBRIX_BENCH_PIXMAN)
-    {"pixman", PixmanWork},
+    {"pixman", PixmanCounterpart},
 #endif
 #if defined(OMBRIX_BENCH_LIBVIPS)
-    {"libvips", LibvipsWork},
+    {"libvips", LibvipsCounterpart},
 #endif
     {nullptr, nullptr},  // an array may not be empty
 };
 
 }  // namespace
 
-void MeasurePeers(benchmark::State& state, const RowName& row, PictureSet& pictures) {
-    if (row.tasks != 1 || pictures.source.BytesPerPixel() != 4) return;
+void MeasurePeers(benchmark::State& state, const LineName& line, PictureSet& pictures, const Contest& contest,
+                  double limitSeconds) {
+    if (line.tasks != 1 || pictures.source.BytesPerPixel() != 4) return;
     for (const Library& library : kLibraries) {
-        const std::function<void()> work = library.workFor ? library.workFor(row, pictures) : nullptr;
-        if (!work) continue;
-        const Pace pace = MeasureBriefly(
-            {.prepare = [&] { pictures.RestoreSource(); }, .copy = [&] { pictures.CopySource(1); }, .work = work});
-        state.counters[std::string(kPeerCounter) + library.name] = pace.ratio;
+        pictures.Prepare();
+        const auto counterpart = library.counterpartOf ? library.counterpartOf(line, pictures) : nullptr;
+        if (!counterpart) continue;
+        const Share share = MeasureShareBriefly({contest.prepare, contest.limits, counterpart});
+        state.counters[std::string(kOtherCounter) + library.name] = share.share;
     }
-    pictures.RestoreSource();
-    if (const double ratio = PillowRatio(row, pictures.source.Extent()); ratio > 0) {
-        state.counters[std::string(kPeerCounter) + "Pillow"] = ratio;
+    if (const double seconds = PillowSeconds(line, pictures.source.Extent()); seconds > 0) {
+        state.counters[std::string(kOtherCounter) + "Pillow"] = limitSeconds / seconds;
     }
 }
 

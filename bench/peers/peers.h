@@ -1,32 +1,34 @@
-// What other libraries have for a row: measured in the same run, on the same pictures, against the same copy, on one
-// thread.
+// What other libraries have for a line, on one thread, as a share of the line's limit.
 //
-// They do similar work, not the same: their formulas round in other ways, most treat the fourth channel as one of the
-// colours, those that expect some other order of channels take ours for it, which costs them nothing, and mode normal
-// of an opaque fill is no more than a copy. Each file says what else is different.
+// They do similar work, not the same: they round in other ways, most treat the fourth channel as a colour, those that
+// expect another order of channels take ours for it at no cost, and mode normal of an opaque fill is a mere copy. Each
+// file says what else differs.
 #pragma once
 
 #include <benchmark/benchmark.h>
 
 #include <functional>
 
+#include "bench/bench_picture.h"
 #include "bench/picture_set.h"
-#include "bench/row.h"
+#include "bench/share.h"
+#include "bench/table_line.h"
 
 namespace ombrix::bench {
 
-/// Measures all libraries that are there and reports their ratios. Only for rows with one task.
-void MeasurePeers(benchmark::State& state, const RowName& row, PictureSet& pictures);
+/// Measures all libraries that were found and reports their shares, for lines of one task and 32 bits. `contest` is
+/// that of the line, and `limitSeconds` its result.
+void MeasurePeers(benchmark::State& state, const LineName& line, PictureSet& pictures, const Contest& contest,
+                  double limitSeconds);
 
-// A library's work for a row, on pictures whose source has been restored; empty when it has none. What it needs besides
-// the pictures is made here and not timed. Each exists where its library was found when this was built.
-std::function<void()> OpenCvWork(const RowName& row, PictureSet& pictures);
-std::function<void()> LibyuvWork(const RowName& row, PictureSet& pictures);
-std::function<void()> PixmanWork(const RowName& row, PictureSet& pictures);
-std::function<void()> LibvipsWork(const RowName& row, PictureSet& pictures);
+// A library's counterpart of a line, on pictures whose source has been restored; empty when it has none. What it needs
+// besides the pictures is made here and not timed. Each exists where its library was found when this was built.
+std::function<void()> OpenCvCounterpart(const LineName& line, PictureSet& pictures);
+std::function<void()> LibyuvCounterpart(const LineName& line, PictureSet& pictures);
+std::function<void()> PixmanCounterpart(const LineName& line, PictureSet& pictures);
+std::function<void()> LibvipsCounterpart(const LineName& line, PictureSet& pictures);
 
-/// Pillow times itself, in a Python of its own; the counterpart of the ratio of the others, or 0 when it has no such
-/// work or is not there.
-double PillowRatio(const RowName& row, Size size);
+/// Seconds that Pillow takes, which times itself in a Python of its own; 0 when it has no counterpart or was not found.
+double PillowSeconds(const LineName& line, Size size);
 
 }  // namespace ombrix::bench

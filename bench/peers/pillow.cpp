@@ -13,7 +13,7 @@ struct Close {
     void operator()(std::FILE* pipe) const { pclose(pipe); }
 };
 
-/// What the script prints; nothing when there is no Pillow. Debian's Python is asked, since it has Debian's Pillow.
+/// What the script prints; nothing without Pillow. Debian's Python is asked, since it has Debian's Pillow.
 std::string Ask(const std::string& arguments) {
     const std::string command = "/usr/bin/python3 '" OMBRIX_BENCH_PILLOW "' " + arguments + " 2> /dev/null";
     const std::unique_ptr<std::FILE, Close> pipe(popen(command.c_str(), "r"));
@@ -23,23 +23,24 @@ std::string Ask(const std::string& arguments) {
     return answer;
 }
 
-std::set<std::string> ListedRows() {
+/// Like "blend/multiply".
+std::set<std::string> Listed() {
     std::istringstream answer(Ask("--list"));
-    std::set<std::string> rows;
-    for (std::string line; std::getline(answer, line);) rows.insert(line);
-    return rows;
+    std::set<std::string> listed;
+    for (std::string line; std::getline(answer, line);) listed.insert(line);
+    return listed;
 }
 
 }  // namespace
 
-double PillowRatio(const RowName& row, Size size) {
-    static const std::set<std::string> listed = ListedRows();
-    if (!listed.contains(row.group + '/' + row.work)) return 0;
+double PillowSeconds(const LineName& line, Size size) {
+    static const std::set<std::string> listed = Listed();
+    if (!listed.contains(line.table + '/' + line.measured)) return 0;
     std::ostringstream arguments;
-    arguments << '\'' << row.group << "' '" << row.work << "' " << size.width << ' ' << size.height;
-    double ratio = 0;
-    std::istringstream(Ask(arguments.str())) >> ratio;
-    return ratio;
+    arguments << '\'' << line.table << "' '" << line.measured << "' " << size.width << ' ' << size.height;
+    double seconds = 0;
+    std::istringstream(Ask(arguments.str())) >> seconds;
+    return seconds;
 }
 
 }  // namespace ombrix::bench

@@ -1,12 +1,11 @@
-"""Measures what Pillow has for a row of the table, against a copy of the same pixels right before each run.
+"""Measures Pillow's counterparts of the lines of the tables.
 
-    pillow.py --list                      the rows, one a line: GROUP/WORK
-    pillow.py GROUP WORK WIDTH HEIGHT     prints the median of time of the copy / time of the work
+    pillow.py --list                          what it has, one a line: TABLE/MEASURED
+    pillow.py TABLE MEASURED WIDTH HEIGHT     prints the median of the seconds that it takes
 
-Pillow always works into a picture that it makes itself, so its rows are those with a new picture and the blends.
+Pillow always makes the picture that it works into, so it has counterparts for new pictures and blends alone.
 """
 
-import ctypes
 import os
 import statistics
 import sys
@@ -14,7 +13,7 @@ import time
 
 from PIL import Image, ImageChops
 
-ITERATIONS = 9
+ROUNDS = 9
 WARM_UPS = 1
 
 NEW = "into a new picture"
@@ -31,7 +30,7 @@ def combine(function):
     return lambda source, fill, mask: function(source, fill)
 
 
-WORKS = {
+OPERATIONS = {
     (NEW, "brightness"): by_table(lambda i: i + 25),
     (NEW, "contrast"): by_table(lambda i: (i - 128) * 1.5625 + 128),
     (NEW, "map"): by_table(lambda i: 255 * (i / 255) ** 0.8),
@@ -50,32 +49,28 @@ WORKS = {
 }
 
 
-def measure(work, width, height):
+def measure(operation, width, height):
     size = (width, height)
     pixels = os.urandom(4 * width * height)
     source = Image.frombytes("RGBA", size, pixels)
     fill = Image.frombytes("RGBA", size, pixels[::-1])
     mask = Image.frombytes("L", size, pixels[: width * height])
-    original = ctypes.create_string_buffer(pixels, len(pixels))
-    copy = ctypes.create_string_buffer(pixels, len(pixels))
-    ratios = []
-    for _ in range(WARM_UPS + ITERATIONS):
+    seconds = []
+    for _ in range(WARM_UPS + ROUNDS):
         start = time.perf_counter()
-        ctypes.memmove(copy, original, len(pixels))
-        copied = time.perf_counter()
-        result = work(source, fill, mask)
-        ratios.append((copied - start) / (time.perf_counter() - copied))
+        result = operation(source, fill, mask)
+        seconds.append(time.perf_counter() - start)
         del result
-    return statistics.median(ratios[WARM_UPS:])
+    return statistics.median(seconds[WARM_UPS:])
 
 
 def main(arguments):
     if arguments == ["--list"]:
-        for group, work in WORKS:
-            print(f"{group}/{work}")
+        for table, measured in OPERATIONS:
+            print(f"{table}/{measured}")
         return
-    group, work, width, height = arguments
-    print(measure(WORKS[group, work], int(width), int(height)))
+    table, measured, width, height = arguments
+    print(measure(OPERATIONS[table, measured], int(width), int(height)))
 
 
 main(sys.argv[1:])

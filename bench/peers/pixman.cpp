@@ -1,5 +1,5 @@
-// pixman, on opaque pixels. Its operators change the lower of the two pictures: two are read and one of them written,
-// where our blend writes a third. Its mask is of one byte a pixel, and the opacity is in it.
+// pixman, on opaque pixels. Its operators change the lower of the two pictures, where our blend writes a third. Its
+// mask has one byte per pixel, with the opacity in it.
 #include <pixman.h>
 
 #include <map>
@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/blend_modes.h"
 #include "bench/peers/peers.h"
 
 namespace ombrix::bench {
@@ -29,7 +30,7 @@ Image OpaqueGrey(int value) {
     return Image(pixman_image_create_solid_fill(&colour));
 }
 
-/// A mask that lets the fill through where ours is black, by the opacity.
+/// Lets the fill through, by the opacity, where our mask is black.
 Image MaskOf(const BenchPicture& picture) {
     const Size size = picture.Extent();
     Image mask(pixman_image_create_bits(PIXMAN_a8, size.width, size.height, nullptr, 0));
@@ -76,17 +77,17 @@ std::function<void()> Composite(pixman_op_t op, Image upper, Image mask, Image l
 
 }  // namespace
 
-std::function<void()> PixmanWork(const RowName& row, PictureSet& pictures) {
+std::function<void()> PixmanCounterpart(const LineName& line, PictureSet& pictures) {
     const Size size = pictures.source.Extent();
-    if (row.group == kInPlace && row.work == "brightness") {
+    if (line.table == kInPlace && line.measured == "brightness") {
         return Composite(PIXMAN_OP_ADD, OpaqueGrey(25), nullptr, ImageOf(pictures.source), size);
     }
-    if (row.group == kInPlace && row.work == "invert") {
+    if (line.table == kInPlace && line.measured == "invert") {
         return Composite(PIXMAN_OP_DIFFERENCE, OpaqueGrey(255), nullptr, ImageOf(pictures.source), size);
     }
-    const bool isMixed = row.group == kBlendMixed;
-    if ((row.group != kBlend && !isMixed) || !kOperators.contains(row.work)) return nullptr;
-    return Composite(kOperators.at(row.work), ImageOf(pictures.fill), isMixed ? MaskOf(pictures.mask) : nullptr,
+    const bool isMixed = line.table == kBlendMixed;
+    if ((line.table != kBlend && !isMixed) || !kOperators.contains(line.measured)) return nullptr;
+    return Composite(kOperators.at(line.measured), ImageOf(pictures.fill), isMixed ? MaskOf(pictures.mask) : nullptr,
                      ImageOf(pictures.source), size);
 }
 

@@ -1,18 +1,19 @@
-#include "bench/tone_works.h"
+#include "bench/tone_effects.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-#include "picture/map_effect.h"
+#include "effects/map_effect.h"
 
 namespace ombrix::bench {
 namespace {
 
-void CaptureMap(BenchPicture& source, const BenchPicture* destination, BenchPicture* mask, RowWorkReceiver receiver) {
+void CaptureMap(BenchPicture& source, const BenchPicture* destination, BenchPicture* mask,
+                WorkerCallReceiver receiver) {
     static const MapTables tables;
-    Effect caller("InvertEffect");  // any effect can call it
-    const RowWorkCapture capture(caller.Base(), std::move(receiver));
+    Effect caller("InvertEffect");  // any effect's object will do
+    const WorkerCallCapture capture(caller.Base(), std::move(receiver));
     MapParams params;
     params.redTable = tables.red;
     params.greenTable = tables.green;
@@ -27,8 +28,8 @@ void CaptureMap(BenchPicture& source, const BenchPicture* destination, BenchPict
 
 }  // namespace
 
-std::span<const ToneWork> ToneWorks() {
-    static const std::vector<ToneWork> works = {
+std::span<const ToneEffect> ToneEffects() {
+    static const std::vector<ToneEffect> effects = {
         {"colour filter", "ColorFilterEffect", {{"Red", 40}, {"Green", -30}, {"Blue", 7}}},
         {"brightness", "BrightnessEffect", {{"BrightnessValue", 25}}},
         {"invert", "InvertEffect", {}},
@@ -40,12 +41,12 @@ std::span<const ToneWork> ToneWorks() {
         {"grey WEIGHTEDAVERAGE", "GrayscaleEffect", {{"GrayscaleType", 3}}},
         {"sepia", "SepiaEffect", {{"SepiaValue", 30}}},
     };
-    return works;
+    return effects;
 }
 
-const ToneWork& FindToneWork(std::string_view name) {
-    return *std::find_if(ToneWorks().begin(), ToneWorks().end(),
-                         [name](const auto& work) { return work.name == name; });
+const ToneEffect& FindToneEffect(std::string_view name) {
+    return *std::find_if(ToneEffects().begin(), ToneEffects().end(),
+                         [name](const auto& effect) { return effect.name == name; });
 }
 
 MapTables::MapTables() {
@@ -57,25 +58,25 @@ MapTables::MapTables() {
     }
 }
 
-void SetArguments(Effect& effect, const ToneWork& work) {
-    for (const auto& argument : work.arguments) effect.Set(argument.property, argument.value);
+void SetArguments(Effect& object, const ToneEffect& effect) {
+    for (const auto& argument : effect.arguments) object.Set(argument.property, argument.value);
 }
 
-void CaptureTone(const ToneWork& work, BenchPicture& source, BenchPicture* destination, BenchPicture* mask,
-                 RowWorkReceiver receiver) {
+void CaptureTone(const ToneEffect& effect, BenchPicture& source, BenchPicture* destination, BenchPicture* mask,
+                 WorkerCallReceiver receiver) {
     if (destination) SetNewPicture(*destination);
-    if (work.className.empty()) {
+    if (effect.className.empty()) {
         CaptureMap(source, destination, mask, std::move(receiver));
         return;
     }
-    Effect effect(work.className);
-    SetArguments(effect, work);
-    if (mask) effect.Set("Mask", mask->Handle());
-    const RowWorkCapture capture(effect.Base(), std::move(receiver));
+    Effect object(effect.className);
+    SetArguments(object, effect);
+    if (mask) object.Set("Mask", mask->Handle());
+    const WorkerCallCapture capture(object.Base(), std::move(receiver));
     if (destination) {
-        effect.Apply(source);
+        object.Apply(source);
     } else {
-        effect.ApplyInPlace(source);
+        object.ApplyInPlace(source);
     }
 }
 
