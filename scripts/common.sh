@@ -86,15 +86,16 @@ configure() {
     quietly "Configuring build/$preset" env -C "$root" cmake --preset "$preset" "$@"
 }
 
-# build PRESET PART TARGET...: builds the targets in build/PRESET, which is configured when that has not been done with
-# PART: "TESTS", "BENCH", or "" where neither is needed.
+# build PRESET PARTS TARGET...: builds the targets in build/PRESET, which is configured when that has not been done with
+# all parts: "TESTS", "TESTS BENCH", or "" where none is needed.
 build() {
-    local preset=$1 part=$2 folder=$root/build/$1
+    local preset=$1 part folder=$root/build/$1 options=()
+    for part in $2; do
+        grep -qs "^OMBRIX_BUILD_$part:BOOL=ON" "$folder/CMakeCache.txt" || options+=("-DOMBRIX_BUILD_$part=ON")
+    done
     shift 2
-    if [ ! -f "$folder/build.ninja" ]; then
-        configure "$preset" ${part:+"-DOMBRIX_BUILD_$part=ON"}
-    elif [ "$part" ] && ! grep -q "^OMBRIX_BUILD_$part:BOOL=ON" "$folder/CMakeCache.txt"; then
-        configure "$preset" "-DOMBRIX_BUILD_$part=ON"
+    if [ ! -f "$folder/build.ninja" ] || [ ${#options[@]} -gt 0 ]; then
+        configure "$preset" "${options[@]}"
     fi
     quietly "Building build/$preset" cmake --build "$folder" --target "$@"
 }
