@@ -19,7 +19,7 @@ std::int32_t BlendBand(const MPParamBlock* band, RowLoop ModeLoops::*loopOfMode)
     RowSettings settings = SettingsOf(head, &formula);
     settings.sourceWeight = static_cast<int>(params.sourceWeight);
     settings.fillWeight = static_cast<int>(params.fillWeight);
-    ForEachRow(band, head.generic, [&](std::int64_t y) {
+    ForEachRow(band, head.generic, false, [&](std::int64_t y, std::int64_t) {
         const std::uint8_t* source = head.srcBase + y * head.srcRowBytes;
         std::uint8_t* destination = head.dstBase + y * head.dstRowBytes;
         const auto copy = [&](std::int64_t from, std::int64_t to) {

@@ -22,10 +22,14 @@ std::int32_t RunFormula(MPParamBlock* band) {
     const EffectLoops& loops = LoopsOf(EffectFormulaOf<std::remove_cv_t<decltype(formula)>>::value);
     StdMPEffectParams& head = params.head;
     const RowSettings settings = SettingsOf(head, &formula);
-    ForEachRow(band, head.generic, [&](std::int64_t y) {
+    const std::int64_t width = head.generic.width;
+    const bool areJoined = width > 0 && head.srcRowBytes == width * head.bytesPerPixel &&
+                           head.dstRowBytes == head.srcRowBytes &&
+                           (!isMasked || head.maskRowBytes == width * head.maskBytesPerPixel);
+    ForEachRow(band, head.generic, areJoined, [&](std::int64_t y, std::int64_t rows) {
         Row row{.source = {head.srcBase + y * head.srcRowBytes, head.bytesPerPixel},
                 .destination = head.dstBase + y * head.dstRowBytes,
-                .count = head.generic.width};
+                .count = width * rows};
         if (isMasked) row.mask = {head.maskBase + y * head.maskRowBytes, head.maskBytesPerPixel};
         (isMasked ? loops.masked : loops.plain)(row, settings);
     });
