@@ -1,6 +1,7 @@
 // Applies formulas to vectors of pixels, one way for each kind of formula. The fourth bytes that come out mean nothing.
 #pragma once
 
+#include "pixels/grey.h"
 #include "pixels/lanes.h"
 #include "pixels/row.h"
 
@@ -46,20 +47,18 @@ class Applied<Formula, ByChannel> {
     Lanes lanes_;
 };
 
-/// Computes the greys of the wanted lanes in doubles: colours, not greys, whose sum is whole. One in a thousand.
+/// The channels of pixels of 4 bytes.
+inline Rgb<I32> ColoursOf(U8 pixels, const PixelFormat& format) {
+    const auto channel = [pixels](int position) {
+        return reinterpret_cast<I32>(reinterpret_cast<U32>(pixels) >> 8 * position & 0xff);
+    };
+    return {channel(format.red), channel(format.green), channel(format.blue)};
+}
+
+/// `greys`, but computed in doubles in the wanted lanes: colours, not greys, whose sum is whole. One in a thousand.
 [[gnu::noinline]] inline I32 WholeGreys(I32 greys, I32 isWanted, U8 source, const GreyWeights* weights,
                                         PixelFormat format) {
-    Rgb<int> last{-1, -1, -1};
-    int grey = 0;
-    for (int i = 0; i < kVectorPixels; ++i) {
-        if (!isWanted[i]) continue;
-        const Rgb<int> colour{source[4 * i + format.red], source[4 * i + format.green], source[4 * i + format.blue]};
-        if (colour.red != last.red || colour.green != last.green || colour.blue != last.blue)
-            grey = weights->Of(colour);
-        last = colour;
-        greys[i] = grey;
-    }
-    return greys;
+    return isWanted ? weights->Of(ColoursOf(source, format)) : greys;
 }
 
 template <class Formula>
@@ -89,7 +88,7 @@ class Applied<Formula, ByGrey> {
         return RoundedAsDoubles(greys, isWhole, source);
     }
 
-    /// Corrects whole sums, the only ones that can fall short in doubles: greys by a table, other colours one by one.
+    /// Corrects whole sums, the only ones that can fall short in doubles: greys by a table, other colours in doubles.
     I32 RoundedAsDoubles(I32 greys, I32 isWhole, U8 source) const {
         const U8 colours = lanes_.ofBytes.red | lanes_.ofBytes.green | lanes_.ofBytes.blue;
         const I32 isGrey = reinterpret_cast<I32>((InAllBytes(greys) ^ source) & colours) == 0;
@@ -129,19 +128,12 @@ class Applied<Formula, ByColour> {
 
     template <class... Fill>
     U8 operator()(U8 source, Fill... fill) const {
-        const Rgb<I32> result = formula_(ColoursOf(source), ColoursOf(fill)...);
+        const Rgb<I32> result = formula_(ColoursOf(source, format_), ColoursOf(fill, format_)...);
         return reinterpret_cast<U8>(result.red << 8 * format_.red | result.green << 8 * format_.green |
                                     result.blue << 8 * format_.blue);
     }
 
   private:
-    Rgb<I32> ColoursOf(U8 pixels) const {
-        const auto channel = [pixels](int position) {
-            return reinterpret_cast<I32>(reinterpret_cast<U32>(pixels) >> 8 * position & 0xff);
-        };
-        return {channel(format_.red), channel(format_.green), channel(format_.blue)};
-    }
-
     Formula formula_;
     PixelFormat format_;
 };

@@ -18,11 +18,11 @@ struct Doubles {
     friend inline Doubles operator*(Doubles a, double b) { return {a.lower * b, a.upper * b}; }
 };
 
-inline double ToDoubles(int number) { return number; }
+constexpr double ToDoubles(int number) { return number; }
 inline Doubles ToDoubles(I32 numbers) { return {ToDouble(LowerHalf(numbers)), ToDouble(UpperHalf(numbers))}; }
 
 /// Truncated.
-inline int ToInts(double number) { return static_cast<int>(number); }
+constexpr int ToInts(double number) { return static_cast<int>(number); }
 inline I32 ToInts(Doubles numbers) { return Joined(ToInt(numbers.lower), ToInt(numbers.upper)); }
 
 /// Truncated, but still doubles.

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "pixels/colour.h"
+#include "pixels/doubles.h"
 #include "pixels/level.h"
 
 namespace ombrix {
@@ -21,13 +22,14 @@ struct GreyWeights {
         return inDoubles.red != 0.0 || inDoubles.green != 0.0 || inDoubles.blue != 0.0;
     }
 
-    /// The grey of one colour.
-    constexpr int Of(Rgb<int> colour) const {
+    /// The greys of colours.
+    template <class V>
+    constexpr V Of(Rgb<V> colour) const {
         if (!AreInDoubles()) {
             return (whole.red * colour.red + whole.green * colour.green + whole.blue * colour.blue) / divisor;
         }
-        return static_cast<int>((colour.red * inDoubles.red + colour.green * inDoubles.green) +
-                                colour.blue * inDoubles.blue);
+        return ToInts((ToDoubles(colour.red) * inDoubles.red + ToDoubles(colour.green) * inDoubles.green) +
+                      ToDoubles(colour.blue) * inDoubles.blue);
     }
 };
 
@@ -38,7 +40,7 @@ constexpr GreyWeights LumaWeights(Rgb<double> weights, int divisor) {
     // The loops divide sums in single precision.
     if (divisor > 16384) throw "weights have too many digits";
     for (int grey = 0; grey < 256; ++grey) {
-        if (luma.Of({grey, grey, grey}) < grey) luma.fallen[grey / 32] |= 1u << grey % 32;
+        if (luma.Of(Rgb<int>{grey, grey, grey}) < grey) luma.fallen[grey / 32] |= 1u << grey % 32;
     }
     return luma;
 }
