@@ -49,10 +49,10 @@ TEST_F(ConsoleTest, AProgressLineShowsOnATerminalAndIsWipedOut) {
         close(terminal);
         return shown;
     };
-    // The line shows after half a second of work, which takes more steps the faster the machine is.
+    // The bar shows after half a second of work, which takes more steps the faster the machine is.
     std::string shown;
     std::vector<std::string> words;
-    for (int steps = 50; shown.empty() && steps <= 12800; steps *= 2) {
+    for (int steps = 50; shown.find(" %") == std::string::npos && steps <= 12800; steps *= 2) {
         words = inverts(steps);
         shown = onTerminal(words);
     }
