@@ -54,6 +54,9 @@ Object NewOf(HostState& host, const Class& type) {
 
 }  // namespace
 
+Host::Turn::Turn(Host& host) : host_(*host.state_), before_(host_.watch.BeginTurn()) {}
+Host::Turn::~Turn() { host_.watch.EndTurn(before_); }
+
 Host::Host(HostOptions options) : state_(std::make_unique<HostState>(std::move(options))) {}
 Host::~Host() = default;
 
@@ -73,6 +76,24 @@ Picture Host::NewPicture(std::int64_t width, std::int64_t height, std::int64_t d
         throw Error("there is no memory for a picture of " + text::Size(width, height) + " pixels of " +
                     std::to_string(depth) + " bits");
     }
+    return picture;
+}
+
+Picture Host::WrapPixels(const PixelRows& pixels) {
+    HostState& host = state_->ForProgram();
+    std::string objection = PixelBuffer::Objection(pixels.width, pixels.height, pixels.depth);
+    const PixelView view{static_cast<std::uint8_t*>(pixels.base), pixels.rowBytes, pixels.width, pixels.height,
+                         pixels.depth};
+    if (objection.empty() && pixels.height > 1 && pixels.rowBytes < static_cast<std::ptrdiff_t>(view.UsedRowBytes())) {
+        objection = "rows of " + text::Size(pixels.width, pixels.height) + " pixels of " +
+                    std::to_string(pixels.depth) + " bits overlap, " + std::to_string(pixels.rowBytes) + " bytes apart";
+    }
+    if (objection.empty() && pixels.rowBytes > std::numeric_limits<std::int32_t>::max()) {
+        objection = "rows " + std::to_string(pixels.rowBytes) + " bytes apart are more than a plug-in can address";
+    }
+    if (!objection.empty()) throw Error("pixels cannot be wrapped: " + objection);
+    Picture picture(New(kPictureClass));
+    if (!PictureOf(picture.Handle()).Wrap(host, view)) throw Error("there is no memory for a picture");
     return picture;
 }
 

@@ -33,6 +33,8 @@ struct PictureData {
     /// Replaces pixels and mask. False, and no pixels, when they cannot be made.
     bool MakeBitmap(HostState& host, std::int64_t newWidth, std::int64_t newHeight, std::int64_t newDepth,
                     Content content);
+    /// The same with pixels that belong to the program.
+    bool Wrap(HostState& host, const PixelView& view);
     /// Why `newMask` cannot be the mask of `self`, whose data this is; empty when it can.
     std::string ObjectionToMask(REALobjectStruct* self, REALobjectStruct* newMask) const;
     void SetMask(HostState& host, REALobjectStruct* newMask);
@@ -40,6 +42,9 @@ struct PictureData {
     REALobjectStruct* Mask(HostState& host, bool create);
     /// Fills in what a plug-in gets with a lock. False when there is nothing to lock.
     bool Describe(REALpictureDescription& description) const;
+
+  private:
+    bool Replace(HostState& host, std::unique_ptr<PixelBuffer> newPixels);
 };
 
 struct PointData {

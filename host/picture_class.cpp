@@ -1,6 +1,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "host/own_classes.h"
 #include "host/serve.h"
@@ -100,13 +101,19 @@ PictureData& PictureOf(REALobjectStruct* picture) {
 
 bool PictureData::MakeBitmap(HostState& host, std::int64_t newWidth, std::int64_t newHeight, std::int64_t newDepth,
                              Content content) {
-    SetMask(host, nullptr);
     pixels.reset();  // first, since memory may not do for both
-    pixels = PixelBuffer::Make(newWidth, newHeight, newDepth, content);
+    return Replace(host, PixelBuffer::Make(newWidth, newHeight, newDepth, content));
+}
+
+bool PictureData::Wrap(HostState& host, const PixelView& view) { return Replace(host, PixelBuffer::Wrap(view)); }
+
+bool PictureData::Replace(HostState& host, std::unique_ptr<PixelBuffer> newPixels) {
+    SetMask(host, nullptr);
+    pixels = std::move(newPixels);
     isDrawing = false;
-    width = pixels ? newWidth : 0;
-    height = pixels ? newHeight : 0;
-    depth = pixels ? newDepth : 0;
+    width = pixels ? pixels->Shape().width : 0;
+    height = pixels ? pixels->Shape().height : 0;
+    depth = pixels ? pixels->Shape().depth : 0;
     return pixels != nullptr;
 }
 

@@ -45,9 +45,20 @@ std::unique_ptr<PixelBuffer> PixelBuffer::Make(std::int64_t width, std::int64_t 
     if (!buffer->memory_) return nullptr;
     buffer->holdsAnything_ = content == Content::Any;
     buffer->view_ = {buffer->memory_.get(), rowBytes, width, height, static_cast<int>(depth)};
-    buffer->context_.reset(OmbrixBitmapContextCreate(buffer->view_.base, static_cast<std::size_t>(rowBytes),
-                                                     static_cast<std::size_t>(depth)));
-    return buffer->context_ ? std::move(buffer) : nullptr;
+    return buffer->MakeContext() ? std::move(buffer) : nullptr;
+}
+
+std::unique_ptr<PixelBuffer> PixelBuffer::Wrap(const PixelView& pixels) {
+    if (!Objection(pixels.width, pixels.height, pixels.depth).empty()) return nullptr;
+    auto buffer = std::make_unique<PixelBuffer>();
+    buffer->view_ = pixels;
+    return buffer->MakeContext() ? std::move(buffer) : nullptr;
+}
+
+bool PixelBuffer::MakeContext() {
+    context_.reset(OmbrixBitmapContextCreate(view_.base, static_cast<std::size_t>(view_.rowBytes),
+                                             static_cast<std::size_t>(view_.depth)));
+    return context_ != nullptr;
 }
 
 const PixelView& PixelBuffer::View() {

@@ -34,12 +34,20 @@ class PixelBuffer {
     static std::unique_ptr<PixelBuffer> Make(std::int64_t width, std::int64_t height, std::int64_t depth,
                                              Content content);
 
+    /// The same over the caller's memory, which has to outlive the buffer. `rowBytes` is the distance from a row to the
+    /// next. Null without memory, or when there is an Objection.
+    static std::unique_ptr<PixelBuffer> Wrap(const PixelView& pixels);
+
     /// The pixels. Content::Any becomes 0 first, unless a plug-in has the context already.
     const PixelView& View();
+    /// The same for those who do not look at the pixels.
+    const PixelView& Shape() const { return view_; }
     /// For plug-ins, which find Content::Any as it is.
     CGContextRef Context();
 
   private:
+    bool MakeContext();
+
     struct ReleaseContext {
         void operator()(CGContextRef context) const { OmbrixBitmapContextRelease(context); }
     };

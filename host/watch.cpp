@@ -15,6 +15,16 @@ namespace ombrix::host {
 Watch::Watch(FaultPolicy policy, std::function<void(const std::string&)> report)
     : policy_(policy), report_(std::move(report)) {}
 
+std::thread::id Watch::BeginTurn() {
+    turn_.lock();
+    return thread_.exchange(std::this_thread::get_id());
+}
+
+void Watch::EndTurn(std::thread::id before) {
+    thread_ = before;
+    turn_.unlock();
+}
+
 void Watch::Fault(const std::string& deed) { NoteFault(Culprit() + " " + deed); }
 
 void Watch::NoteFault(std::string sentence) {

@@ -1,6 +1,7 @@
 // Watches the traffic between host and plug-ins: calls in progress, locks, faults.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <exception>
 #include <functional>
@@ -19,6 +20,9 @@ class Watch {
     Watch(FaultPolicy policy, std::function<void(const std::string&)> report);
 
     bool OnOwnThread() const { return std::this_thread::get_id() == thread_; }
+    /// Makes the calling thread the own one, once no other thread has a turn. Returns the one before.
+    std::thread::id BeginTurn();
+    void EndTurn(std::thread::id before);
 
     /// Notes a fault, "<culprit> <deed>".
     void Fault(const std::string& deed);
@@ -60,7 +64,8 @@ class Watch {
 
     const FaultPolicy policy_;
     const std::function<void(const std::string&)> report_;
-    const std::thread::id thread_ = std::this_thread::get_id();
+    std::mutex turn_;
+    std::atomic<std::thread::id> thread_ = std::this_thread::get_id();
     std::vector<std::string> faults_;
     std::vector<Call*> calls_;  ///< the innermost last
     std::uint64_t callsSoFar_ = 0;

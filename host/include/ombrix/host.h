@@ -2,6 +2,7 @@
 // header alone.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -10,6 +11,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "ombrix/error.h"
@@ -19,6 +21,8 @@
 #include "ombrix/value.h"
 
 namespace ombrix::host {
+
+class HostState;
 
 /// What the host does when a plug-in or the program breaks a rule: releases an object once too often, unlocks what it
 /// has not locked, leaves a lock behind, calls from a foreign thread.
@@ -37,8 +41,17 @@ struct HostOptions {
     std::function<void(const std::string&)> onFault = {};
 };
 
+/// Pixels in memory of the program.
+struct PixelRows {
+    void* base;               ///< the first byte of the first row
+    std::ptrdiff_t rowBytes;  ///< from a row to the next; at least those of the pixels of one
+    std::int64_t width;       ///< pixels
+    std::int64_t height;      ///< rows
+    int depth;                ///< 16, 24 or 32 bits per pixel, laid out as in a Picture
+};
+
 /// Plug-ins know one resolver per process, so only one Host exists at a time. It, its objects and its pictures belong
-/// to the thread that made it. Names are the same in any case.
+/// to the thread that made it, and to any other thread for its Turn. Names are the same in any case.
 class Host {
   public:
     explicit Host(HostOptions options = {});
@@ -55,6 +68,9 @@ class Host {
     Object New(std::string_view className);
     /// Pixels are 0. An Error when the size is negative, the depth is not 16, 24 or 32, or memory is short.
     Picture NewPicture(std::int64_t width, std::int64_t height, std::int64_t depth = 32);
+    /// A picture over memory of the program, which it neither copies nor frees: the memory has to outlive the picture.
+    /// An Error as for NewPicture, or when the rows overlap.
+    Picture WrapPixels(const PixelRows& pixels);
     /// A picture that is not a bitmap: it has a size and no pixels.
     Picture NewDrawing(std::int64_t width, std::int64_t height);
     Point NewPoint(std::int64_t x, std::int64_t y);
@@ -88,12 +104,29 @@ class Host {
     std::optional<MethodInfo> ChooseMethod(std::string_view classOrModule, std::string_view method,
                                            const std::vector<std::string>& arguments) const;
 
+    class Turn;
+
     std::int64_t LiveObjects() const;
     std::int64_t OutstandingLocks() const;
     const std::vector<std::string>& Faults() const;
 
   private:
-    std::unique_ptr<class HostState> state_;
+    std::unique_ptr<HostState> state_;
+};
+
+/// Lets the thread that makes it use the Host, its objects and its pictures for the time of its scope. Waits for the
+/// turns of other threads; a thread has one at a time. The Host's own thread takes turns as well, as long as other
+/// threads may have theirs.
+class Host::Turn {
+  public:
+    explicit Turn(Host& host);
+    ~Turn();
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+  private:
+    HostState& host_;
+    std::thread::id before_;
 };
 
 }  // namespace ombrix::host
