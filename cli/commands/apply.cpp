@@ -1,11 +1,9 @@
 // ombrix apply: a chain of effects from one image file to another.
 
 #include "cli/commands/command.h"
-#include "cli/effect_object.h"
 #include "cli/failure.h"
-#include "cli/images/image_reader.h"
+#include "cli/images/chain.h"
 #include "cli/images/result_file.h"
-#include "cli/outcome.h"
 #include "cli/reflection.h"
 #include "cli/settings.h"
 #include "text/phrases.h"
@@ -36,12 +34,6 @@ struct Step {
     std::string effect;
     std::vector<Setting> settings;
     std::string mask;  ///< image file; empty for none
-};
-
-/// The same, with its class found and its properties checked.
-struct PlannedStep {
-    const host::ClassInfo& type;
-    std::vector<PlannedSetting> properties;
 };
 
 /// --mask sets a property like any other.
@@ -80,22 +72,6 @@ void CheckFiles(const std::filesystem::path& input, const std::filesystem::path*
     for (const std::filesystem::path& file : files) CheckImageFile(file);
 }
 
-/// A new picture or, in place, the same one.
-host::Picture Applied(Session& session, const PlannedStep& step, const host::Picture& source, bool inPlace) {
-    std::vector<GivenPicture> pictures;
-    const host::Object effect = MakeObject(session, step.type, step.properties, pictures);
-    host::Picture result = source;
-    if (inPlace) {
-        effect.CallInterface(host::kInPlaceInterface, "ApplyInPlace", {host::Object(source)});
-    } else {
-        result =
-            host::Picture(effect.CallInterface(host::kEffectInterface, "Apply", {host::Object(source)}).AsObject());
-    }
-    CheckErrorCode(session, {step.type, effect, source, step.properties, pictures});
-    if (!result) throw WorkError(step.type.name + " gave no picture and no reason");
-    return result;
-}
-
 class Apply : public Command {
   public:
     const About& Describe() const override { return kAbout; }
@@ -130,10 +106,17 @@ class Apply : public Command {
         CheckFiles(input, inPlace_ ? nullptr : &output, steps);
         ResultFile result(output, inPlace_ || session.options.force, session.options.quality);
 
-        auto [picture, origin] = ReadImage(session.host, input, session.options.maxPixels, session.console);
-        // Each result replaces the picture before it, which is released.
-        for (const PlannedStep& step : steps) picture = Applied(session, step, Usable(session.host, picture), inPlace_);
-        result.Write(session, picture, origin);
+        const OpenedImage source = OpenImage(input, session.options.maxPixels, session.console);
+        Chain chain(session, source);
+        for (const PlannedStep& step : steps) chain.Add(step);
+        session.console.BeginStage(steps.front().type.name +
+                                   (steps.size() > 1 ? " and " + std::to_string(steps.size() - 1) + " more" : ""));
+        try {
+            result.Write(session, chain.Image(), source.origin, [&chain] { chain.CheckTheRest(); });
+        } catch (const vips::VError&) {
+            chain.Rethrow();
+            throw WorkError(output.string() + " cannot be written: " + TakeLibraryMessage());
+        }
     }
 
   private:

@@ -72,7 +72,6 @@ void NoteLosses(const VImage& image, const fs::path& file, Console& console) {
 struct PackedRows {
     host::Picture::Lock pixels;
     Console& console;
-    std::uint8_t leastAlpha = 255;
 };
 
 /// Packs finished rows into the picture. libvips calls it from a thread of its own, once at a time. It touches nothing
@@ -80,20 +79,17 @@ struct PackedRows {
 int PackRows(VipsRegion* region, VipsRect* area, void* argument) {
     auto& packed = *static_cast<PackedRows*>(argument);
     const int bands = region->im->Bands;
-    std::uint8_t leastAlpha = packed.leastAlpha;
     for (int y = area->top; y < area->top + area->height; ++y) {
         const std::uint8_t* from = VIPS_REGION_ADDR(region, area->left, y);
         std::uint8_t* to = packed.pixels.Base() + y * packed.pixels.RowBytes() + std::ptrdiff_t{4} * area->left;
         for (int x = 0; x < area->width; ++x, from += bands, to += 4) {
             const std::uint8_t alpha = bands == 4 ? from[3] : std::uint8_t{255};
-            leastAlpha = std::min(leastAlpha, alpha);
             to[0] = alpha;
             to[1] = from[0];
             to[2] = from[1];
             to[3] = from[2];
         }
     }
-    packed.leastAlpha = leastAlpha;
     packed.console.Report(area->top + area->height, region->im->Ysize);
     return 0;
 }
@@ -115,8 +111,19 @@ void CheckImageFile(const fs::path& file) {
     if (fs::file_size(file) == 0) throw WorkError(file.string() + " is empty; an image file is needed");
 }
 
-ReadPicture ReadImage(host::Host& host, const fs::path& file, std::int64_t maxPixels, Console& console) {
-    console.BeginStage("reading " + file.string());
+WorkError DamagedFile(const fs::path& file) {
+    return WorkError(file.string() + " is damaged or cut short: " + TakeLibraryMessage());
+}
+
+void CheckWholeImage(const fs::path& file) {
+    try {
+        Open(file, VIPS_ACCESS_SEQUENTIAL).avg();
+    } catch (const vips::VError&) {
+        throw DamagedFile(file);
+    }
+}
+
+OpenedImage OpenImage(const fs::path& file, std::int64_t maxPixels, Console& console) {
     CheckImageFile(file);
     VImage image = Open(file, VIPS_ACCESS_SEQUENTIAL);
     CheckSize(image, file, maxPixels);
@@ -124,24 +131,30 @@ ReadPicture ReadImage(host::Host& host, const fs::path& file, std::int64_t maxPi
     try {
         // A sequential reader cannot give the rows in the order that turning needs.
         if (NumberOr(image, VIPS_META_ORIENTATION, 1) > 1) image = Open(file, VIPS_ACCESS_RANDOM).autorot();
-        ReadPicture result;
-        result.origin.metadata = MetadataOf(image);
-        image = ToSrgb(image, file, console);
-        result.origin.hasAlpha = image.bands() == 4;
-        std::uint8_t leastAlpha = 255;
-        result.picture = PictureOf(host, image, console, &leastAlpha);
-        result.origin.isOpaque = leastAlpha == 255;
-        return result;
+        OpenedImage opened{file, image, image.height(), {}};
+        opened.origin.metadata = MetadataOf(image);
+        opened.image = ToSrgb(image, file, console);
+        opened.origin.hasAlpha = opened.image.bands() == 4;
+        return opened;
     } catch (const vips::VError&) {
-        throw WorkError(file.string() + " is damaged or cut short: " + TakeLibraryMessage());
+        throw DamagedFile(file);
     }
 }
 
-host::Picture PictureOf(host::Host& host, const VImage& image, Console& console, std::uint8_t* leastAlpha) {
+ReadPicture ReadImage(host::Host& host, const fs::path& file, std::int64_t maxPixels, Console& console) {
+    console.BeginStage("reading " + file.string());
+    const OpenedImage opened = OpenImage(file, maxPixels, console);
+    try {
+        return {PictureOf(host, opened.image, console), opened.origin};
+    } catch (const vips::VError&) {
+        throw DamagedFile(file);
+    }
+}
+
+host::Picture PictureOf(host::Host& host, const VImage& image, Console& console) {
     host::Picture picture = host.NewPicture(image.width(), image.height());
     PackedRows packed{host::Picture::Lock(picture), console};
     if (vips_sink_disc(image.get_image(), PackRows, &packed) != 0) throw vips::VError();
-    if (leastAlpha) *leastAlpha = packed.leastAlpha;
     return picture;
 }
 

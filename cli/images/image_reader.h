@@ -6,6 +6,7 @@
 #include <vips/vips8>
 
 #include "cli/console.h"
+#include "cli/failure.h"
 #include "ombrix/host.h"
 
 namespace ombrix::cli {
@@ -13,8 +14,15 @@ namespace ombrix::cli {
 /// What an image file holds beside its colours.
 struct ImageOrigin {
     bool hasAlpha = false;  ///< without alpha, all pixels are opaque
-    bool isOpaque = true;   ///< no pixel is transparent at all
     vips::VImage metadata;  ///< see MetadataOf
+};
+
+/// An image whose pixels are decoded when they are asked for, from top to bottom.
+struct OpenedImage {
+    std::filesystem::path file;
+    vips::VImage image;  ///< 8 bits a channel: red, green, blue and perhaps alpha
+    int pageHeight = 0;  ///< rows of one frame; frames are stacked
+    ImageOrigin origin;
 };
 
 struct ReadPicture {
@@ -26,15 +34,23 @@ struct ReadPicture {
 /// begins.
 void CheckImageFile(const std::filesystem::path& file);
 
-/// Reads any kind of image that libvips knows: upright (the EXIF orientation is applied), in sRGB, 8 bits a channel.
-/// Notes when the file has deeper channels or more pages. A WorkError when the file is missing, empty, damaged or no
-/// image, or, before anything is decoded, when it has more than `maxPixels` pixels.
+/// Decodes all of an image for nothing but to see whether it can be. A WorkError when it cannot.
+void CheckWholeImage(const std::filesystem::path& file);
+
+/// Opens any kind of image that libvips knows: upright (the EXIF orientation is applied), in sRGB. Notes when the file
+/// has deeper channels or more pages. A WorkError when the file is missing, empty, damaged or no image, or when it has
+/// more than `maxPixels` pixels.
+OpenedImage OpenImage(const std::filesystem::path& file, std::int64_t maxPixels, Console& console);
+
+/// For pixels that could not be decoded. Takes the library's message.
+WorkError DamagedFile(const std::filesystem::path& file);
+
+/// Opens an image and decodes it.
 ReadPicture ReadImage(host::Host& host, const std::filesystem::path& file, std::int64_t maxPixels, Console& console);
 
 /// A new picture from an image of 3 or 4 bands (red, green, blue, alpha) of 8 bits. Reports progress to the console.
-/// Sets `leastAlpha`, if given, to the lowest alpha. A vips::VError when pixels cannot be decoded.
-host::Picture PictureOf(host::Host& host, const vips::VImage& image, Console& console,
-                        std::uint8_t* leastAlpha = nullptr);
+/// A vips::VError when pixels cannot be decoded.
+host::Picture PictureOf(host::Host& host, const vips::VImage& image, Console& console);
 
 /// libvips' last error on one line, without the name of the part that reports it. Clears it.
 std::string TakeLibraryMessage();

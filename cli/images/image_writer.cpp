@@ -1,6 +1,8 @@
 #include "cli/images/image_writer.h"
 
+#include <algorithm>
 #include <array>
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -39,6 +41,34 @@ void Save(const VImage& image, const OutputFormat& format, std::optional<int> qu
     const std::uint64_t bytes = VIPS_IMAGE_SIZEOF_IMAGE(image.get_image());
     if (format.writer == "tiffsave" && bytes > 0xf0000000) options->set("bigtiff", true);
     VImage::call(std::string(format.writer).c_str(), options);
+}
+
+/// Passes pixels on and looks at their alpha, which comes last.
+int LookAtAlpha(VipsRegion* out, void* input, void* /*image*/, void* isOpaque, gboolean* /*stop*/) {
+    auto* in = static_cast<VipsRegion*>(input);
+    const VipsRect& area = out->valid;
+    if (vips_region_prepare(in, &area) != 0 || vips_region_region(out, in, &area, area.left, area.top) != 0) return -1;
+    for (int y = area.top; y < VIPS_RECT_BOTTOM(&area); ++y) {
+        const std::uint8_t* row = VIPS_REGION_ADDR(in, area.left, y);
+        std::uint8_t least = 255;
+        for (int x = 0; x < area.width; ++x) least = std::min(least, row[4 * x + 3]);
+        if (least < 255) *static_cast<std::atomic<bool>*>(isOpaque) = false;
+    }
+    return 0;
+}
+
+/// The same image, which notes in `isOpaque`, as it is read, that a pixel is transparent.
+VImage WatchAlpha(const VImage& image, std::atomic<bool>& isOpaque) {
+    VipsImage* in = image.get_image();
+    VipsImage* out = vips_image_new();
+    VImage watched(out);
+    g_object_ref(in);
+    vips_object_local(out, in);
+    if (vips_image_pipelinev(out, VIPS_DEMAND_STYLE_THINSTRIP, in, nullptr) != 0 ||
+        vips_image_generate(out, vips_start_one, LookAtAlpha, vips_stop_one, in, &isOpaque) != 0) {
+        throw vips::VError();
+    }
+    return watched;
 }
 
 }  // namespace
@@ -85,24 +115,19 @@ VImage Viewed(const host::Picture& picture, const host::Picture::Lock& pixels, b
     return image.copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
 }
 
-void WriteImage(const host::Picture& picture, const ImageOrigin& origin, const OutputFormat& format,
-                std::optional<int> quality, const fs::path& file, const fs::path& name, Console& console) {
-    console.BeginStage("writing " + name.string());
-    try {
-        const host::Picture::Lock pixels(picture);
-        const bool withAlpha = origin.hasAlpha && picture.Depth() == 32;
-        VImage image = Viewed(picture, pixels, withAlpha);
-        if (withAlpha && !format.alpha) {
-            if (!origin.isOpaque) {
-                console.Note(std::string(format.suffix) + " files have no transparency; " + name.string() +
-                             " is laid on white");
-            }
-            image = image.flatten(VImage::option()->set("background", std::vector<double>{255, 255, 255}));
-        }
-        if (!origin.metadata.is_null()) image = WithMetadata(image, origin.metadata);
-        Save(image, format, quality, file);
-    } catch (const vips::VError&) {
-        throw WorkError(name.string() + " cannot be written: " + TakeLibraryMessage());
+void WriteImage(const VImage& image, const ImageOrigin& origin, const OutputFormat& format, std::optional<int> quality,
+                const fs::path& file, const fs::path& name, Console& console) {
+    VImage written = WithoutMetadata(image);
+    std::atomic<bool> isOpaque = true;
+    if (image.bands() == 4 && !format.alpha) {
+        written = WatchAlpha(written, isOpaque)
+                      .flatten(VImage::option()->set("background", std::vector<double>{255, 255, 255}));
+    }
+    if (!origin.metadata.is_null()) written = WithMetadata(written, origin.metadata);
+    Save(written, format, quality, file);
+    if (!isOpaque) {
+        console.Note(std::string(format.suffix) + " files have no transparency; " + name.string() +
+                     " is laid on white");
     }
 }
 

@@ -28,10 +28,10 @@ void CheckQuality(const OutputFormat& format, std::optional<int> quality);
 /// the image must not outlive the lock.
 vips::VImage Viewed(const host::Picture& picture, const host::Picture::Lock& pixels, bool withAlpha);
 
-/// Writes a 24- or 32-bit picture to the empty file `file`, with the metadata of `origin`, and with alpha if that had
-/// it. A format without alpha gets the picture on white. A WorkError, about `name`, when the file cannot be written
-/// whole.
-void WriteImage(const host::Picture& picture, const ImageOrigin& origin, const OutputFormat& format,
+/// Writes an image (8 bits a channel: red, green, blue and perhaps alpha) to the empty file `file`, with the metadata
+/// of `origin`. A format without alpha gets the picture on white. A vips::VError when pixels cannot be computed or
+/// written.
+void WriteImage(const vips::VImage& image, const ImageOrigin& origin, const OutputFormat& format,
                 std::optional<int> quality, const std::filesystem::path& file, const std::filesystem::path& name,
                 Console& console);
 

@@ -10,6 +10,9 @@ namespace ombrix::cli {
 /// pixels are sRGB by then.
 vips::VImage MetadataOf(const vips::VImage& upright);
 
+/// An sRGB image without any metadata but frames and that it is sRGB: a small profile.
+vips::VImage WithoutMetadata(const vips::VImage& image);
+
 /// Adds to an upright image what MetadataOf kept.
 vips::VImage WithMetadata(const vips::VImage& image, const vips::VImage& metadata);
 

@@ -141,7 +141,8 @@ const fs::path& OutputFile::Create() {
 
 void OutputFile::Commit() {
     try {
-        Synchronize(temporary_);
+        // Where nothing is replaced, nothing is lost if the system fails.
+        if (fs::exists(target_)) Synchronize(temporary_);
         const int result =
             mayReplace_ ? std::rename(temporary_.c_str(), target_.c_str()) : RenameToNew(temporary_, target_);
         if (result != 0) throw std::system_error(errno, std::generic_category());

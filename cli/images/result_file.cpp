@@ -32,8 +32,20 @@ ResultFile::ResultFile(const std::filesystem::path& target, bool mayReplace, std
     : format_(CheckedFormat(target, quality)), quality_(quality), file_(target, mayReplace) {}
 
 void ResultFile::Write(Session& session, const host::Picture& picture, const ImageOrigin& origin) {
-    const std::filesystem::path& unfinished = file_.Create();
-    WriteImage(Usable(session.host, picture), origin, format_, quality_, unfinished, file_.Target(), session.console);
+    const host::Picture usable = Usable(session.host, picture);
+    const host::Picture::Lock pixels(usable);
+    session.console.BeginStage("writing " + file_.Target().string());
+    try {
+        Write(session, Viewed(usable, pixels, origin.hasAlpha && usable.Depth() == 32), origin);
+    } catch (const vips::VError&) {
+        throw WorkError(file_.Target().string() + " cannot be written: " + TakeLibraryMessage());
+    }
+}
+
+void ResultFile::Write(Session& session, const vips::VImage& image, const ImageOrigin& origin,
+                       const std::function<void()>& check) {
+    WriteImage(image, origin, format_, quality_, file_.Create(), file_.Target(), session.console);
+    if (check) check();
     file_.Commit();
 }
 

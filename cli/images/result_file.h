@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 
 #include "cli/images/image_writer.h"
@@ -20,6 +21,11 @@ class ResultFile {
     /// A UsageError or WorkError when there can be no such file. The quality is 1 to 100.
     ResultFile(const std::filesystem::path& target, bool mayReplace, std::optional<int> quality);
 
+    /// `check` is called when all is written and may throw to keep the file from its place. A vips::VError when pixels
+    /// cannot be computed, a WorkError when the file cannot be put in its place.
+    void Write(Session& session, const vips::VImage& image, const ImageOrigin& origin,
+               const std::function<void()>& check = {});
+    /// A WorkError when the file cannot be written.
     void Write(Session& session, const host::Picture& picture, const ImageOrigin& origin);
 
   private:

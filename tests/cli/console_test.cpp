@@ -56,7 +56,7 @@ TEST_F(ConsoleTest, AProgressLineShowsOnATerminalAndIsWipedOut) {
         words = inverts(steps);
         shown = onTerminal(words);
     }
-    EXPECT_THAT(shown, HasSubstr("InvertEffect ["));
+    EXPECT_THAT(shown, HasSubstr("InvertEffect and "));
     EXPECT_THAT(shown, HasSubstr(" %"));
     EXPECT_THAT(shown, testing::EndsWith("\r\x1b[K"));
 

@@ -1,0 +1,141 @@
+#include "cli/images/chain.h"
+
+#include <algorithm>
+
+#include "cli/failure.h"
+#include "cli/images/image_writer.h"
+#include "cli/images/result_file.h"
+#include "cli/outcome.h"
+#include "text/names.h"
+
+namespace ombrix::cli {
+
+using vips::VImage;
+
+namespace {
+
+/// The point that a step gives to the property of a role.
+std::optional<catalogue::Coordinates> GivenPoint(const PlannedStep& step, const catalogue::PartRoles& roles,
+                                                 catalogue::PointRole role) {
+    for (const auto& property : roles.points) {
+        if (property.role != role) continue;
+        for (const PlannedSetting& setting : step.properties) {
+            const auto* value = std::get_if<host::Value>(&setting.value);
+            if (!value || value->IsNil() || !text::SameName(setting.name, property.name)) continue;
+            const host::Point point(value->AsObject());
+            return catalogue::Coordinates{point.X(), point.Y()};
+        }
+    }
+    return std::nullopt;
+}
+
+/// Sets all that needs no file.
+void SetValues(const PlannedStep& step, const host::Object& object) {
+    for (const PlannedSetting& setting : step.properties) {
+        if (!setting.File()) object.Set(setting.name, std::get<host::Value>(setting.value));
+    }
+}
+
+VImage Colours(const VImage& image) {
+    return image.bands() > 3 ? image.extract_band(0, VImage::option()->set("n", 3)) : image;
+}
+
+}  // namespace
+
+Chain::Chain(Session& session, OpenedImage source) : session_(session), image_(std::move(source)) {}
+
+void Chain::Add(const PlannedStep& step) {
+    if (!AddInStrips(step)) AddWhole(step);
+}
+
+VImage Chain::Image() {
+    if (!pending_.empty()) {
+        strips_.push_back(std::make_unique<Strips>(session_, image_, std::exchange(pending_, {})));
+        image_.image = strips_.back()->Image();
+    }
+    return image_.image;
+}
+
+void Chain::CheckTheRest() {
+    for (const auto& strips : strips_) strips->CheckTheRest();
+}
+
+void Chain::Rethrow() const {
+    for (const auto& strips : strips_) strips->Rethrow();
+}
+
+bool Chain::AddInStrips(const PlannedStep& step) {
+    std::vector<std::string> pictures, points;
+    for (const PlannedSetting& setting : step.properties) {
+        if (setting.File()) {
+            pictures.push_back(setting.name);
+        } else if (std::get<host::Value>(setting.value).IsObject()) {
+            points.push_back(setting.name);
+        }
+    }
+    const auto roles = catalogue::FindPartRoles(session_.host, step.type, pictures, points, 8 * image_.image.bands(),
+                                                [&step](const host::Object& object) { SetValues(step, object); });
+    if (!roles) return false;
+    auto images = OpenPictures(step, *roles);
+    if (!images) return false;
+
+    const host::Object effect = session_.host.New(step.type.name);
+    SetCores(session_, step.type, effect);
+    SetValues(step, effect);
+    pending_.push_back(
+        {.effect = effect,
+         .roles = *roles,
+         .pictures = std::move(*images),
+         .position = GivenPoint(step, *roles, catalogue::PointRole::Position).value_or(catalogue::Coordinates{}),
+         .extent = GivenPoint(step, *roles, catalogue::PointRole::Extent),
+         .check = [this, &step, effect] {
+             CheckErrorCode(session_, {step.type, effect, {}, step.properties, {}});
+         }});
+    return true;
+}
+
+std::optional<std::vector<OpenedImage>> Chain::OpenPictures(const PlannedStep& step,
+                                                            const catalogue::PartRoles& roles) {
+    std::vector<OpenedImage> images;
+    std::optional<VImage> placed;
+    for (const auto& property : roles.pictures) {
+        const auto given = std::find_if(step.properties.begin(), step.properties.end(), [&](const auto& setting) {
+            return setting.File() && setting.name == property.name;
+        });
+        OpenedImage opened = OpenImage(*given->File(), session_.options.maxPixels, session_.console);
+        const VImage image = opened.image = Colours(opened.image);
+        if (property.role == catalogue::PictureRole::AlongSource) {
+            if (image.width() < image_.image.width() || image.height() < image_.pageHeight) return std::nullopt;
+        } else if (placed && (placed->width() != image.width() || placed->height() != image.height())) {
+            return std::nullopt;
+        } else {
+            placed = image;
+        }
+        images.push_back(std::move(opened));
+    }
+    return images;
+}
+
+void Chain::AddWhole(const PlannedStep& step) {
+    const VImage before = Image();
+    host::Picture source;
+    try {
+        session_.console.BeginStage("reading " + image_.file.string());
+        source = PictureOf(session_.host, before, session_.console);
+    } catch (const vips::VError&) {
+        Rethrow();
+        throw DamagedFile(image_.file);
+    }
+    std::vector<GivenPicture> pictures;
+    const host::Object effect = MakeObject(session_, step.type, step.properties, pictures);
+    const host::Picture result(
+        effect.CallInterface(host::kEffectInterface, "Apply", {host::Object(source)}).AsObject());
+    CheckErrorCode(session_, {step.type, effect, source, step.properties, pictures});
+    if (!result) throw WorkError(step.type.name + " gave no picture and no reason");
+    shown_.push_back(std::make_unique<Shown>(Usable(session_.host, result)));
+    const Shown& shown = *shown_.back();
+    image_.image = Viewed(shown.picture, shown.pixels, before.bands() == 4 && shown.picture.Depth() == 32);
+    image_.pageHeight = image_.image.height();
+}
+
+}  // namespace ombrix::cli
