@@ -58,11 +58,21 @@ bool IsSame(const host::Picture& whole, const Rectangle& part, const host::Pictu
     return true;
 }
 
+bool Names(const std::vector<std::string>& names, const std::string& name) {
+    return std::any_of(names.begin(), names.end(),
+                       [&name](const std::string& each) { return text::SameName(each, name); });
+}
+
 class Trial {
   public:
-    Trial(host::Host& host, const host::ClassInfo& type, const std::function<void(const host::Object&)>& prepare,
-          int depth)
-        : host_(host), type_(type), prepare_(prepare), depth_(depth), source_(TrialPicture(host, kSource, depth, 1)) {}
+    Trial(host::Host& host, const host::ClassInfo& type, const std::vector<std::string>& givenPoints,
+          const std::function<void(const host::Object&)>& prepare, int depth)
+        : host_(host),
+          type_(type),
+          givenPoints_(givenPoints),
+          prepare_(prepare),
+          depth_(depth),
+          source_(TrialPicture(host, kSource, depth, 1)) {}
 
     bool Works(const PartRoles& roles) const {
         std::vector<host::Picture> pictures;
@@ -78,7 +88,7 @@ class Trial {
   private:
     bool WorksWith(const TrialPoints& points, const std::vector<host::Picture>& pictures,
                    const PartRoles& roles) const {
-        const host::Picture whole = Result(source_, pictures, points.position, points.extent, roles);
+        const host::Picture whole = Result(source_, pictures, points.position, points.position, points.extent, roles);
         if (!IsSameSize(whole)) return false;
         const bool hasExtent = roles.Has(PointRole::Extent);
         for (const Rectangle& part : kParts) {
@@ -89,23 +99,30 @@ class Trial {
                 const bool isPlaced = roles.pictures[i].role == PictureRole::Placed;
                 parts.push_back(Part(host_, pictures[i], isPlaced ? placed.cut : part));
             }
-            if (!IsSame(whole, part, Result(Part(host_, source_, part), parts, placed.position, placed.extent, roles)))
+            if (!IsSame(
+                    whole, part,
+                    Result(Part(host_, source_, part), parts, points.position, placed.position, placed.extent, roles)))
                 return false;
         }
         return true;
     }
+
+    bool IsGiven(const std::string& point) const { return Names(givenPoints_, point); }
 
     bool IsSameSize(const host::Picture& result) const {
         return result && result.Width() == kSource.x && result.Height() == kSource.y && result.Depth() == depth_;
     }
 
     /// Nil when the effect fails.
-    host::Picture Result(const host::Picture& source, const std::vector<host::Picture>& pictures, Coordinates position,
-                         Coordinates extent, const PartRoles& roles) const {
+    host::Picture Result(const host::Picture& source, const std::vector<host::Picture>& pictures, Coordinates fixed,
+                         Coordinates position, Coordinates extent, const PartRoles& roles) const {
         const host::Object object = host_.New(type_.name);
         prepare_(object);
         for (std::size_t i = 0; i < pictures.size(); ++i) object.Set(roles.pictures[i].name, pictures[i]);
         for (const PartRoles::PointProperty& point : roles.points) {
+            if (point.role == PointRole::Fixed && IsGiven(point.name)) {
+                object.Set(point.name, host_.NewPoint(fixed.x, fixed.y));
+            }
             if (point.role == PointRole::Position) object.Set(point.name, host_.NewPoint(position.x, position.y));
             if (point.role == PointRole::Extent) object.Set(point.name, host_.NewPoint(extent.x, extent.y));
         }
@@ -116,6 +133,7 @@ class Trial {
 
     host::Host& host_;
     const host::ClassInfo& type_;
+    const std::vector<std::string>& givenPoints_;
     const std::function<void(const host::Object&)>& prepare_;
     const int depth_;
     const host::Picture source_;
@@ -134,13 +152,16 @@ std::vector<std::string> PointProperties(const host::Host& host, const host::Cla
 /// All ways to deal roles: along the source and fixed first.
 class Deals {
   public:
-    Deals(const std::vector<std::string>& pictures, const std::vector<std::string>& points,
+    Deals(const std::vector<PictureToSet>& pictures, const std::vector<std::string>& points,
           const std::vector<std::string>& givenPoints) {
-        for (const std::string& name : pictures) roles_.pictures.push_back({name, PictureRole::AlongSource});
+        for (const PictureToSet& picture : pictures) {
+            const PictureRole first = picture.coversSource ? PictureRole::AlongSource : PictureRole::Placed;
+            roles_.pictures.push_back({picture.name, first});
+            firstRoles_.push_back(first);
+        }
         for (const std::string& name : points) {
             roles_.points.push_back({name, PointRole::Fixed});
-            mayBeExtent_.push_back(std::any_of(givenPoints.begin(), givenPoints.end(),
-                                               [&](const std::string& given) { return text::SameName(given, name); }));
+            isGiven_.push_back(Names(givenPoints, name));
         }
     }
 
@@ -157,7 +178,7 @@ class Deals {
                 role = PointRole::Position;
                 return true;
             }
-            if (role == PointRole::Position && mayBeExtent_[i]) {
+            if (role == PointRole::Position && isGiven_[i]) {
                 role = PointRole::Extent;
                 return true;
             }
@@ -167,18 +188,20 @@ class Deals {
     }
 
     bool NextOfPictures() {
-        for (PartRoles::PictureProperty& picture : roles_.pictures) {
-            if (picture.role == PictureRole::AlongSource) {
-                picture.role = PictureRole::Placed;
+        for (std::size_t i = 0; i < firstRoles_.size(); ++i) {
+            PictureRole& role = roles_.pictures[i].role;
+            if (role == PictureRole::AlongSource) {
+                role = PictureRole::Placed;
                 return true;
             }
-            picture.role = PictureRole::AlongSource;
+            role = firstRoles_[i];
         }
         return false;
     }
 
     PartRoles roles_;
-    std::vector<bool> mayBeExtent_;
+    std::vector<PictureRole> firstRoles_;
+    std::vector<bool> isGiven_;
 };
 
 /// Of a placed picture, along one axis.
@@ -212,10 +235,11 @@ bool PartRoles::Has(PointRole role) const {
 }
 
 std::optional<PartRoles> FindPartRoles(host::Host& host, const host::ClassInfo& type,
-                                       const std::vector<std::string>& pictures, const std::vector<std::string>& points,
-                                       int depth, const std::function<void(const host::Object&)>& prepare) {
+                                       const std::vector<PictureToSet>& pictures,
+                                       const std::vector<std::string>& points, int depth,
+                                       const std::function<void(const host::Object&)>& prepare) {
     if (!host.IsA(type.name, host::kEffectInterface)) return std::nullopt;
-    const Trial trial(host, type, prepare, depth);
+    const Trial trial(host, type, points, prepare, depth);
     Deals deals(pictures, PointProperties(host, type), points);
     do {
         if (trial.Works(deals.Current())) return deals.Current();

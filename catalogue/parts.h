@@ -55,12 +55,19 @@ struct PartRoles {
     bool Has(PointRole role) const;
 };
 
-/// Finds out how an effect works by parts, with pictures in the properties `pictures` and points in `points`. `prepare`
-/// sets its other properties. The source has `depth` bits per pixel (24 or 32), the pictures have 24. Nothing when no
-/// way gives the same result as the whole picture does.
+/// A picture that is to be set as a property.
+struct PictureToSet {
+    std::string name;
+    bool coversSource;  ///< is as large as the source; only then can it be worked on along with it
+};
+
+/// Finds out how an effect works by parts, with pictures and points in these properties. `prepare` sets the others. The
+/// source has `depth` bits per pixel (24 or 32), the pictures have 24. Nothing when no way gives the same result as the
+/// whole picture does.
 std::optional<PartRoles> FindPartRoles(host::Host& host, const host::ClassInfo& type,
-                                       const std::vector<std::string>& pictures, const std::vector<std::string>& points,
-                                       int depth, const std::function<void(const host::Object&)>& prepare);
+                                       const std::vector<PictureToSet>& pictures,
+                                       const std::vector<std::string>& points, int depth,
+                                       const std::function<void(const host::Object&)>& prepare);
 
 /// A placed picture as seen from a part of the source.
 struct PlacedPart {

@@ -36,6 +36,18 @@ void SetValues(const PlannedStep& step, const host::Object& object) {
     }
 }
 
+/// Whether all placed pictures have one size, so that their parts have as well.
+bool ArePlacedAlike(const std::vector<OpenedImage>& images, const catalogue::PartRoles& roles) {
+    const VImage* first = nullptr;
+    for (std::size_t i = 0; i < images.size(); ++i) {
+        const VImage& image = images[i].image;
+        if (roles.pictures[i].role != catalogue::PictureRole::Placed) continue;
+        if (!first) first = &image;
+        if (image.width() != first->width() || image.height() != first->height()) return false;
+    }
+    return true;
+}
+
 VImage Colours(const VImage& image) {
     return image.bands() > 3 ? image.extract_band(0, VImage::option()->set("n", 3)) : image;
 }
@@ -65,19 +77,23 @@ void Chain::Rethrow() const {
 }
 
 bool Chain::AddInStrips(const PlannedStep& step) {
-    std::vector<std::string> pictures, points;
+    std::vector<OpenedImage> images;
+    std::vector<catalogue::PictureToSet> pictures;
+    std::vector<std::string> points;
     for (const PlannedSetting& setting : step.properties) {
         if (setting.File()) {
-            pictures.push_back(setting.name);
+            images.push_back(OpenImage(*setting.File(), session_.options.maxPixels, session_.console));
+            VImage& image = images.back().image;
+            image = Colours(image);
+            pictures.push_back(
+                {setting.name, image.width() >= image_.image.width() && image.height() >= image_.pageHeight});
         } else if (std::get<host::Value>(setting.value).IsObject()) {
             points.push_back(setting.name);
         }
     }
     const auto roles = catalogue::FindPartRoles(session_.host, step.type, pictures, points, 8 * image_.image.bands(),
                                                 [&step](const host::Object& object) { SetValues(step, object); });
-    if (!roles) return false;
-    auto images = OpenPictures(step, *roles);
-    if (!images) return false;
+    if (!roles || !ArePlacedAlike(images, *roles)) return false;
 
     const host::Object effect = session_.host.New(step.type.name);
     SetCores(session_, step.type, effect);
@@ -85,35 +101,13 @@ bool Chain::AddInStrips(const PlannedStep& step) {
     pending_.push_back(
         {.effect = effect,
          .roles = *roles,
-         .pictures = std::move(*images),
+         .pictures = std::move(images),
          .position = GivenPoint(step, *roles, catalogue::PointRole::Position).value_or(catalogue::Coordinates{}),
          .extent = GivenPoint(step, *roles, catalogue::PointRole::Extent),
          .check = [this, &step, effect] {
              CheckErrorCode(session_, {step.type, effect, {}, step.properties, {}});
          }});
     return true;
-}
-
-std::optional<std::vector<OpenedImage>> Chain::OpenPictures(const PlannedStep& step,
-                                                            const catalogue::PartRoles& roles) {
-    std::vector<OpenedImage> images;
-    std::optional<VImage> placed;
-    for (const auto& property : roles.pictures) {
-        const auto given = std::find_if(step.properties.begin(), step.properties.end(), [&](const auto& setting) {
-            return setting.File() && setting.name == property.name;
-        });
-        OpenedImage opened = OpenImage(*given->File(), session_.options.maxPixels, session_.console);
-        const VImage image = opened.image = Colours(opened.image);
-        if (property.role == catalogue::PictureRole::AlongSource) {
-            if (image.width() < image_.image.width() || image.height() < image_.pageHeight) return std::nullopt;
-        } else if (placed && (placed->width() != image.width() || placed->height() != image.height())) {
-            return std::nullopt;
-        } else {
-            placed = image;
-        }
-        images.push_back(std::move(opened));
-    }
-    return images;
 }
 
 void Chain::AddWhole(const PlannedStep& step) {

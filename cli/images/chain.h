@@ -37,8 +37,6 @@ class Chain {
   private:
     bool AddInStrips(const PlannedStep& step);
     void AddWhole(const PlannedStep& step);
-    /// The step's pictures; nothing when their sizes keep it from working in strips.
-    std::optional<std::vector<OpenedImage>> OpenPictures(const PlannedStep& step, const catalogue::PartRoles& roles);
 
     /// A picture that the image is a view of.
     struct Shown {

@@ -106,6 +106,29 @@ REALclassDefinition NeedyEffectClass = ClassRecord({.name = "NeedyEffect",
                                                     .properties = NeedyProperties,
                                                     .methods = NeedyMethods});
 
+// ---- Depends on the whole picture: adds its width to all channels ----------------------------------------------
+
+struct WidthData {
+    std::int64_t unused;
+};
+
+extern REALclassDefinition WidthEffectClass;
+
+REALobjectStruct* ApplyWidth(REALobjectStruct* object, REALobjectStruct* source) {
+    std::int64_t width = 0;
+    REALGetPropValueInteger(source, "Width", &width);
+    return Mapped(BaseDataOf(REALGetClassData(object, &WidthEffectClass)), source,
+                  [width](int value) { return value + width; });
+}
+
+const REALmethodDefinition WidthMethods[] = {Method(ApplyWidth, kApply)};
+
+REALclassDefinition WidthEffectClass = ClassRecord({.name = "WidthEffect",
+                                                    .superclass = "MPImageFilter",
+                                                    .interfaces = "IGraphicsEffect",
+                                                    .dataSize = sizeof(WidthData),
+                                                    .methods = WidthMethods});
+
 // ---- Always refuses -----------------------------------------------------------------------------------------
 
 struct StubbornData {
@@ -131,7 +154,8 @@ REALclassDefinition StubbornEffectClass = ClassRecord({.name = "StubbornEffect",
 void REALPluginMain(REALresolver resolver) {
     gResolver = resolver;
     LoadCommonEntryPoints(REALGetRBVersion());
-    for (REALclassDefinition* definition : {&NarrowEffectClass, &NeedyEffectClass, &StubbornEffectClass}) {
+    for (REALclassDefinition* definition :
+         {&NarrowEffectClass, &NeedyEffectClass, &WidthEffectClass, &StubbornEffectClass}) {
         REALRegisterClass(definition);
     }
 }
