@@ -73,6 +73,24 @@ inline I32 Quotient(I32 a, I32 b) {
     return __builtin_convertvector(quotient + kQuotientMargin, I32);
 }
 
+#if defined(OMBRIX_HAS_WORD_PERMUTATION)
+/// Reciprocals of 1 to 255, times 65536 and cut.
+struct Reciprocals {
+    alignas(kVectorBytes) std::uint16_t of[256]{};
+
+    constexpr Reciprocals() {
+        of[1] = 65535;
+        for (int divisor = 2; divisor < 256; ++divisor) of[divisor] = static_cast<std::uint16_t>(65536 / divisor);
+    }
+};
+constexpr Reciprocals kReciprocals;
+
+/// Here b is below 256, and any quotient is exact: the product with the reciprocal is at most 1 too low.
+inline U16 Quotient(U16 a, U16 b) {
+    const U16 quotient = HighProduct(a, EntriesOf(kReciprocals.of, b));
+    return a - quotient * b < b ? quotient : quotient + 1;
+}
+#else
 /// Here b is below 256. One reciprocal serves two lanes: a0 / b0 is a0 * b1 / (b0 * b1).
 inline U16 Quotient(U16 a, U16 b) {
     const I32 a0 = reinterpret_cast<I32>(a) & 0xffff;
@@ -84,6 +102,7 @@ inline U16 Quotient(U16 a, U16 b) {
     const F32 q1 = __builtin_convertvector(a1, F32) * b0 * reciprocal + kQuotientMargin;
     return reinterpret_cast<U16>(__builtin_convertvector(q0, I32) | __builtin_convertvector(q1, I32) << 16);
 }
+#endif
 
 }  // namespace OMBRIX_LEVEL
 }  // namespace ombrix

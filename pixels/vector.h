@@ -223,6 +223,22 @@ inline void StoreTwelves(std::uint8_t* bytes, U8 sixteens) {
 }
 #endif
 
+#if defined(__AVX512BW__)
+#define OMBRIX_HAS_WORD_PERMUTATION
+/// Entries of a table of 256, by an index from 0 to 255.
+inline U16 EntriesOf(const std::uint16_t* table, U16 index) {
+    const auto sought = reinterpret_cast<__m512i>(index);  // of which a permutation looks at 6 bits
+    const auto quarter = [table, sought](int i) {
+        return _mm512_permutex2var_epi16(Load<__m512i>(table + 64 * i), sought, Load<__m512i>(table + 64 * i + 32));
+    };
+    const __mmask32 isOdd = _mm512_test_epi16_mask(sought, _mm512_set1_epi16(64));
+    const __m512i lower = _mm512_mask_mov_epi16(quarter(0), isOdd, quarter(1));
+    const __m512i upper = _mm512_mask_mov_epi16(quarter(2), isOdd, quarter(3));
+    return reinterpret_cast<U16>(
+        _mm512_mask_mov_epi16(lower, _mm512_test_epi16_mask(sought, _mm512_set1_epi16(128)), upper));
+}
+#endif
+
 #if defined(__AVX512VBMI__)
 #define OMBRIX_HAS_BYTE_PERMUTATION
 /// Permutes all bytes: byte i becomes that at order[i], whose lower 6 bits count.
