@@ -5,6 +5,7 @@
 #pragma once
 
 #include <type_traits>
+#include <utility>
 
 #include "pixels/vector.h"
 
@@ -74,20 +75,22 @@ inline I32 Quotient(I32 a, I32 b) {
 }
 
 #if defined(OMBRIX_HAS_WORD_PERMUTATION)
-/// Reciprocals of 1 to 255, times 65536 and cut.
-struct Reciprocals {
-    alignas(kVectorBytes) std::uint16_t of[256]{};
+/// 1 / divisor times 65536, cut.
+constexpr std::uint16_t Reciprocal16(int divisor) {
+    return static_cast<std::uint16_t>(divisor < 2 ? 65535 : 65536 / divisor);
+}
 
-    constexpr Reciprocals() {
-        of[1] = 65535;
-        for (int divisor = 2; divisor < 256; ++divisor) of[divisor] = static_cast<std::uint16_t>(65536 / divisor);
-    }
+/// Element by element: g++ 12 takes the first ones for 0 where a constructor has filled the table.
+template <class Divisors>
+struct Reciprocals;
+template <int... divisor>
+struct Reciprocals<std::integer_sequence<int, divisor...>> {
+    alignas(kVectorBytes) static constexpr std::uint16_t of[] = {Reciprocal16(divisor)...};
 };
-constexpr Reciprocals kReciprocals;
 
 /// Here b is below 256, and any quotient is exact: the product with the reciprocal is at most 1 too low.
 inline U16 Quotient(U16 a, U16 b) {
-    const U16 quotient = HighProduct(a, EntriesOf(kReciprocals.of, b));
+    const U16 quotient = HighProduct(a, EntriesOf(Reciprocals<std::make_integer_sequence<int, 256>>::of, b));
     return a - quotient * b < b ? quotient : quotient + 1;
 }
 #else
