@@ -228,7 +228,7 @@ inline void StoreTwelves(std::uint8_t* bytes, U8 sixteens) {
 /// Entries of a table of 256, by an index from 0 to 255.
 inline U16 EntriesOf(const std::uint16_t* table, U16 index) {
     const auto sought = reinterpret_cast<__m512i>(index);  // of which a permutation looks at 6 bits
-    const auto quarter = [table, sought](int i) {
+    const auto quarter = [table, sought](std::ptrdiff_t i) {
         return _mm512_permutex2var_epi16(Load<__m512i>(table + 64 * i), sought, Load<__m512i>(table + 64 * i + 32));
     };
     const __mmask32 isOdd = _mm512_test_epi16_mask(sought, _mm512_set1_epi16(64));
