@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "catalogue/error_code.h"
+#include "catalogue/trial_picture.h"
 #include "text/names.h"
 
 namespace ombrix::catalogue {
@@ -29,20 +30,6 @@ host::Picture Part(host::Host& host, const host::Picture& picture, const Rectang
     const host::Picture::Lock pixels(picture);
     return host.WrapPixels({pixels.Base() + part.top * pixels.RowBytes() + part.left * (picture.Depth() / 8),
                             pixels.RowBytes(), part.width, part.height, picture.Depth()});
-}
-
-/// Bytes of all values, with runs of black and white as masks have.
-host::Picture TrialPicture(host::Host& host, Coordinates size, int depth, std::uint32_t seed) {
-    const host::Picture picture = host.NewPicture(size.x, size.y, depth);
-    const host::Picture::Lock pixels(picture);
-    for (int y = 0; y < size.y; ++y) {
-        for (std::uint8_t& byte : pixels.Row(y)) {
-            seed = seed * 1664525 + 1013904223;  // a linear congruential generator, by Knuth
-            const std::uint32_t kind = seed >> 16 & 7;
-            byte = kind == 0 ? 0 : kind == 1 ? 255 : static_cast<std::uint8_t>(seed >> 24);
-        }
-    }
-    return picture;
 }
 
 bool IsSame(const host::Picture& whole, const Rectangle& part, const host::Picture& result) {
@@ -72,14 +59,15 @@ class Trial {
           givenPoints_(givenPoints),
           prepare_(prepare),
           depth_(depth),
-          source_(TrialPicture(host, kSource, depth, 1)) {}
+          source_(TrialPicture(host, kSource.x, kSource.y, depth, 1)) {}
 
     bool Works(const PartRoles& roles) const {
         std::vector<host::Picture> pictures;
         for (const PartRoles::PictureProperty& property : roles.pictures) {
             const bool isPlaced = property.role == PictureRole::Placed;
-            pictures.push_back(TrialPicture(host_, isPlaced ? kPlaced : kSource, kPictureDepth,
-                                            static_cast<std::uint32_t>(2 + pictures.size())));
+            const Coordinates size = isPlaced ? kPlaced : kSource;
+            pictures.push_back(
+                TrialPicture(host_, size.x, size.y, kPictureDepth, static_cast<std::uint32_t>(2 + pictures.size())));
         }
         return std::all_of(kTrialPoints.begin(), kTrialPoints.end(),
                            [&](const TrialPoints& points) { return WorksWith(points, pictures, roles); });
