@@ -101,10 +101,18 @@ class Parser {
             [&options](const std::string& word) {
                 options.quality = static_cast<int>(ParseCount("--quality", word, 1, 100));
             });
-        add("--max-pixels", "N", "Refuse images of more pixels than this (1000000000)",
+        add("--max-pixels", "N",
+            "Refuse images of more pixels than this; without it, than a file of that size is likely to have",
             [&options](const std::string& word) {
                 options.maxPixels = ParseCount("--max-pixels", word, 1, INT64_MAX);
             });
+        add("--limit-time", "SECONDS", "Stop after this time; without it, decoders that seem to hang are stopped",
+            [&options](const std::string& word) { options.limits.seconds = ParseSeconds("--limit-time", word); });
+        add("--limit-memory", "BYTES", "Stop at this much memory, such as 500M or 2G; without it, by the files' sizes",
+            [&options](const std::string& word) { options.limits.memory = ParseBytes("--limit-memory", word); });
+        program_.add_flag("--all-loaders", options.allLoaders,
+                          "Try every kind of file that libvips reads, not only trusted ones");
+        program_.add_flag("--allow-damaged", options.allowDamaged, "Take what can be read of a damaged file");
         program_.add_flag("--force", options.force, "Replace the output file if it exists");
         program_.add_flag("--quiet", options.quiet, "No notes and no progress line on standard error");
     }

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "cli/supervisor/progress_of_work.h"
+
 namespace ombrix::cli {
 
 namespace {
@@ -15,53 +17,38 @@ constexpr int kBarWidth = 30;  // characters
 
 }  // namespace
 
-Console::Console(bool quiet) : quiet_(quiet), showsProgress_(!quiet && isatty(STDERR_FILENO) != 0) {
-    if (showsProgress_) drawer_ = std::thread([this] { DrawUntilStopped(); });
-}
+Console::Console(bool quiet) : quiet_(quiet), showsProgress_(!quiet && isatty(STDERR_FILENO) != 0) {}
 
-Console::~Console() {
-    if (!showsProgress_) return;
-    {
-        const std::lock_guard lock(mutex_);
-        stopped_ = true;
-    }
-    changed_.notify_all();
-    drawer_.join();
-    Wipe();
-}
+Console::Console(const Console& shown, Sink sink)
+    : quiet_(shown.quiet_), showsProgress_(shown.showsProgress_), sink_(std::move(sink)) {}
+
+Console::~Console() { Wipe(); }
 
 void Console::Note(const std::string& sentence) {
     if (quiet_) return;
-    const std::lock_guard lock(mutex_);
+    if (sink_.note) return sink_.note(sentence);
     Wipe();
     std::fprintf(stderr, "ombrix: note: %s\n", sentence.c_str());
 }
 
-void Console::BeginStage(std::string label) {
-    const std::lock_guard lock(mutex_);
-    label_ = std::move(label);
-    done_ = total_ = 0;
+void Console::BeginStage(const std::string& label) {
+    Report(0, 0);
+    if (sink_.stage) return sink_.stage(label);
+    label_ = label;
 }
 
 void Console::Report(std::int64_t done, std::int64_t total) {
-    const std::lock_guard lock(mutex_);
-    done_ = done;
-    total_ = total;
-}
-
-void Console::DrawUntilStopped() {
-    std::unique_lock lock(mutex_);
-    if (changed_.wait_until(lock, start_ + kNoticeable, [this] { return stopped_; })) return;
-    do {
-        Draw();
-    } while (!changed_.wait_for(lock, kRedraw, [this] { return stopped_; }));
+    Work().done = done;
+    Work().total = total;
 }
 
 void Console::Draw() {
-    if (label_.empty()) return;
+    const auto now = std::chrono::steady_clock::now();
+    if (!showsProgress_ || label_.empty() || now < start_ + kNoticeable || now < drawnAt_ + kRedraw) return;
+    drawnAt_ = now;
     std::string line = label_;
-    if (total_ > 0) {
-        const double share = std::clamp(static_cast<double>(done_) / static_cast<double>(total_), 0.0, 1.0);
+    if (const std::int64_t total = Work().total; total > 0) {
+        const double share = std::clamp(static_cast<double>(Work().done) / static_cast<double>(total), 0.0, 1.0);
         const auto filled = static_cast<std::size_t>(share * kBarWidth);
         line += " [" + std::string(filled, '#') + std::string(kBarWidth - filled, '.') + "] " +
                 std::to_string(static_cast<int>(share * 100)) + " %";

@@ -2,11 +2,9 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <cstdint>
-#include <mutex>
+#include <functional>
 #include <string>
-#include <thread>
 
 namespace ombrix::cli {
 
@@ -14,7 +12,15 @@ namespace ombrix::cli {
 /// taken long enough to be noticed, and is wiped before anything else is written.
 class Console {
   public:
+    /// Where a worker's words go instead of standard error. May be called by any thread.
+    struct Sink {
+        std::function<void(const std::string& sentence)> note;
+        std::function<void(const std::string& label)> stage;
+    };
+
     explicit Console(bool quiet);
+    /// A worker's. Says what `shown` would say, through the sink.
+    Console(const Console& shown, Sink sink);
     ~Console();
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
@@ -24,26 +30,23 @@ class Console {
 
     bool ShowsProgress() const { return showsProgress_; }
     /// Ends the current stage and begins one such as "SepiaEffect" or "writing out.png".
-    void BeginStage(std::string label);
-    /// In units of the stage's own.
+    void BeginStage(const std::string& label);
+    /// In units of the stage's own. By any thread.
     void Report(std::int64_t done, std::int64_t total);
 
-  private:
-    void DrawUntilStopped();
+    /// Draws the progress line if it is time to. For whoever waits for the work.
     void Draw();
+
+  private:
     void Wipe();
 
     const bool quiet_;
     const bool showsProgress_;
+    const Sink sink_;
     const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    bool stopped_ = false;
+    std::chrono::steady_clock::time_point drawnAt_;
     bool drawn_ = false;
     std::string label_;
-    std::int64_t done_ = 0;
-    std::int64_t total_ = 0;
-    std::thread drawer_;  // last, since it uses all of the above
 };
 
 }  // namespace ombrix::cli

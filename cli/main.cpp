@@ -4,14 +4,12 @@
 #include <exception>
 #include <iostream>
 #include <new>
-#include <vips/vips8>
 
 #include "cli/command_line.h"
 #include "cli/failure.h"
-#include "cli/images/image_reader.h"
-#include "cli/images/output_file.h"
 #include "cli/plugins.h"
 #include "cli/session.h"
+#include "cli/supervisor/cleanup.h"
 #include "text/phrases.h"
 
 namespace ombrix::cli {
@@ -22,23 +20,7 @@ constexpr int kDone = 0;
 constexpr int kWorkFailed = 1;
 constexpr int kWrongCommandLine = 2;
 
-/// libvips, for the time of its scope.
-class ImageLibrary {
-  public:
-    explicit ImageLibrary(const char* program) {
-        if (VIPS_INIT(program) != 0) throw WorkError("the image library does not start: " + TakeLibraryMessage());
-        // No operation is repeated, so cached results would only hold on to pixels.
-        vips_cache_set_max(0);
-        // The command itself says what matters of libvips' warnings.
-        g_log_set_default_handler([](const char*, GLogLevelFlags, const char*, void*) {}, nullptr);
-    }
-    ~ImageLibrary() { vips_shutdown(); }
-    ImageLibrary(const ImageLibrary&) = delete;
-    ImageLibrary& operator=(const ImageLibrary&) = delete;
-};
-
-void Run(const char* program, const CommandLine& line) {
-    const ImageLibrary library(program);
+void Run(const CommandLine& line) {
     host::Host host;
     LoadPlugins(host, line.options);
     Console console(line.options.quiet);
@@ -54,8 +36,8 @@ int Report(const std::string& sentence, int status) {
 
 int Main(int count, const char* const* words) {
     try {
-        RemoveUnfinishedFileOnSignals();
-        if (const auto line = ReadCommandLine(count, words)) Run(words[0], *line);
+        CleanUpOnSignals();
+        if (const auto line = ReadCommandLine(count, words)) Run(*line);
         return kDone;
     } catch (const UsageError& wrong) {
         return Report(wrong.what(), kWrongCommandLine);

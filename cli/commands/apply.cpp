@@ -6,6 +6,7 @@
 #include "cli/images/result_file.h"
 #include "cli/reflection.h"
 #include "cli/settings.h"
+#include "cli/supervisor/supervisor.h"
 #include "text/phrases.h"
 
 namespace ombrix::cli {
@@ -104,8 +105,19 @@ class Apply : public Command {
         std::vector<PlannedStep> steps;
         for (const Step& step : steps_) steps.push_back(Plan(session, step, inPlace_));
         CheckFiles(input, inPlace_ ? nullptr : &output, steps);
-        ResultFile result(output, inPlace_ || session.options.force, session.options.quality);
+        ResultFile result(output, MayReplace(session.options), session.options.quality);
+        Supervise(session, {&result.File()}, [&](Session& worker) { Work(worker, steps, result); });
+        result.File().Commit();
+    }
 
+  private:
+    Replace MayReplace(const Options& options) const {
+        if (options.force) return Replace::Anything;
+        return inPlace_ ? Replace::Writable : Replace::Nothing;
+    }
+
+    void Work(Session& session, const std::vector<PlannedStep>& steps, ResultFile& result) const {
+        const std::filesystem::path input = files_.front(), output = files_.back();
         const OpenedImage source = OpenImage(input, session.options.maxPixels, session.console);
         Chain chain(session, source);
         for (const PlannedStep& step : steps) chain.Add(step);
@@ -119,7 +131,6 @@ class Apply : public Command {
         }
     }
 
-  private:
     void AddStep() {
         if (words_.empty() || LooksLikeSetting(words_.front())) {
             throw UsageError(

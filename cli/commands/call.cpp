@@ -13,6 +13,8 @@
 #include "cli/outcome.h"
 #include "cli/reflection.h"
 #include "cli/settings.h"
+#include "cli/supervisor/progress_of_work.h"
+#include "cli/supervisor/supervisor.h"
 #include "text/names.h"
 #include "text/phrases.h"
 
@@ -182,6 +184,7 @@ host::Value Make(Session& session, const PlannedCall& call, std::vector<GivenPic
     }
     const host::Picture source = pictures.empty() ? host::Picture() : pictures.front().read.picture;
     const host::ClassInfo* type = call.owner.type;
+    const Doing working(Activity::Effect, call.callee);
     if (!type) return session.host.CallModule(call.owner.module->name, call.method, values);
 
     const host::Object object = MakeObject(session, *type, call.properties, pictures);
@@ -220,8 +223,18 @@ class Call : public Command {
         const PlannedCall call = Plan(session, given_);
         CheckFiles(call.Settings(), given_.output);
         std::optional<ResultFile> output;
-        if (given_.output) output.emplace(*given_.output, session.options.force, session.options.quality);
+        if (given_.output)
+            output.emplace(*given_.output, session.options.force ? Replace::Anything : Replace::Nothing,
+                           session.options.quality);
 
+        std::vector<const OutputFile*> written;
+        if (output) written.push_back(&output->File());
+        Supervise(session, written, [&](Session& worker) { Work(worker, call, output); });
+        if (output) output->File().Commit();
+    }
+
+  private:
+    static void Work(Session& session, const PlannedCall& call, std::optional<ResultFile>& output) {
         std::vector<GivenPicture> pictures;
         const host::Value result = Make(session, call, pictures);
 
@@ -237,7 +250,6 @@ class Call : public Command {
         }
     }
 
-  private:
     std::vector<std::string> words_;
     GivenCall given_;
 };

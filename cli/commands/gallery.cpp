@@ -13,6 +13,7 @@
 #include "cli/images/image_reader.h"
 #include "cli/images/output_file.h"
 #include "cli/images/result_file.h"
+#include "cli/supervisor/supervisor.h"
 #include "text/names.h"
 #include "text/phrases.h"
 
@@ -36,7 +37,7 @@ constexpr const char* kUsage = R"(  ombrix gallery PICTURE [--fill FILE] [--mask
 const Command::About kAbout = {"gallery", "Show a picture under every effect", {kHelp, kUsage}};
 
 void WriteText(const std::string& text, OutputFile& file) {
-    std::ofstream stream(file.Create(), std::ios::binary);
+    std::ofstream stream(file.NameOfDescriptor(), std::ios::binary);
     stream.write(text.data(), static_cast<std::streamsize>(text.size()));
     stream.close();
     if (!stream) throw WorkError(file.Target().string() + " cannot be written: the disk may be full");
@@ -80,24 +81,34 @@ class Gallery : public Command {
     void Run(Session& session) override {
         CheckFiles();
         std::optional<OutputFile> page;
-        if (!page_.empty()) page.emplace(page_, session.options.force);
+        const Replace replace = session.options.force ? Replace::Anything : Replace::Nothing;
+        std::vector<const OutputFile*> written;
+        if (!page_.empty()) {
+            page.emplace(page_, replace).Create();
+            written.push_back(&*page);
+        }
         // --quality is for the page's pictures. The sheet may be a file that has none.
         std::optional<ResultFile> sheet;
-        if (!sheet_.empty()) sheet.emplace(sheet_, session.options.force, std::nullopt);
+        if (!sheet_.empty()) sheet.emplace(sheet_, replace, std::nullopt);
+        if (sheet) written.push_back(&sheet->File());
+        Supervise(session, written, [&](Session& worker) { Work(worker, page, sheet); });
+        // Both are written before either takes its place.
+        if (sheet) sheet->File().Commit();
+        if (page) page->Commit();
+    }
 
+  private:
+    void Work(Session& session, std::optional<OutputFile>& page, std::optional<ResultFile>& sheet) const {
         const Originals originals(session, request_.picture, request_.fill, request_.mask);
         try {
             const GalleryContent content = MakeContent(session, request_, originals);
-            // Both are written before either takes its place.
             if (page) WriteText(LayOutPage(content), *page);
             if (sheet) sheet->Write(session, LayOutSheet(session, content), {});
-            if (page) page->Commit();
         } catch (const vips::VError&) {
             throw WorkError("the gallery cannot be made: " + TakeLibraryMessage());
         }
     }
 
-  private:
     void CheckFiles() const {
         std::vector<fs::path> read{request_.picture};
         for (const auto& file : {request_.fill, request_.mask}) {

@@ -11,6 +11,7 @@
 #include "cli/images/result_file.h"
 #include "cli/outcome.h"
 #include "cli/reflection.h"
+#include "cli/supervisor/progress_of_work.h"
 
 namespace ombrix::cli {
 
@@ -62,6 +63,7 @@ host::Picture Applied(Session& session, const host::ClassInfo& type, const std::
     const host::Object effect = session.host.New(type.name);
     SetCores(session, type, effect);
     SetIn(scene, session.host, settings, effect);
+    const Doing working(Activity::Effect, effect.ClassName());
     const host::Value result = effect.CallInterface(host::kEffectInterface, "Apply", {host::Object(scene.source)});
     if (result.IsNil() || catalogue::ReportsError(session.host, effect)) return {};
     return Usable(session.host, host::Picture(result.AsObject()));

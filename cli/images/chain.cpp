@@ -6,6 +6,7 @@
 #include "cli/images/image_writer.h"
 #include "cli/images/result_file.h"
 #include "cli/outcome.h"
+#include "cli/supervisor/progress_of_work.h"
 #include "text/names.h"
 
 namespace ombrix::cli {
@@ -91,8 +92,11 @@ bool Chain::AddInStrips(const PlannedStep& step) {
             points.push_back(setting.name);
         }
     }
-    const auto roles = catalogue::FindPartRoles(session_.host, step.type, pictures, points, 8 * image_.image.bands(),
-                                                [&step](const host::Object& object) { SetValues(step, object); });
+    const auto roles = [&] {
+        const Doing trying(Activity::Effect, step.type.name);
+        return catalogue::FindPartRoles(session_.host, step.type, pictures, points, 8 * image_.image.bands(),
+                                        [&step](const host::Object& object) { SetValues(step, object); });
+    }();
     if (!roles || !ArePlacedAlike(images, *roles)) return false;
 
     const host::Object effect = session_.host.New(step.type.name);
@@ -115,6 +119,7 @@ void Chain::AddWhole(const PlannedStep& step) {
     host::Picture source;
     try {
         session_.console.BeginStage("reading " + image_.file.string());
+        const Doing reading(Activity::Reading, image_.file.string());
         source = PictureOf(session_.host, before, session_.console);
     } catch (const vips::VError&) {
         Rethrow();
@@ -122,6 +127,7 @@ void Chain::AddWhole(const PlannedStep& step) {
     }
     std::vector<GivenPicture> pictures;
     const host::Object effect = MakeObject(session_, step.type, step.properties, pictures);
+    const Doing working(Activity::Effect, step.type.name);
     const host::Picture result(
         effect.CallInterface(host::kEffectInterface, "Apply", {host::Object(source)}).AsObject());
     CheckErrorCode(session_, {step.type, effect, source, step.properties, pictures});

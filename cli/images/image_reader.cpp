@@ -6,8 +6,11 @@
 #include <system_error>
 
 #include "cli/failure.h"
+#include "cli/images/accepted_kinds.h"
 #include "cli/images/colour.h"
 #include "cli/images/metadata.h"
+#include "cli/supervisor/limits.h"
+#include "cli/supervisor/progress_of_work.h"
 #include "text/numbers.h"
 #include "text/phrases.h"
 
@@ -19,35 +22,25 @@ using vips::VImage;
 namespace {
 
 /// Reads the header. Pixels are decoded later, and errors in them come then.
-VImage Open(const fs::path& file, VipsAccess access) {
-    const auto options = [access] {
-        return VImage::option()->set("access", access)->set("fail_on", VIPS_FAIL_ON_ERROR);
-    };
+VImage Open(const fs::path& file, VipsAccess access, Console* console = nullptr) {
+    const Doing reading(Activity::Reading, file.string());
+    Work().bytes += static_cast<std::int64_t>(fs::file_size(file));
     try {
-        const vips::VSource source = vips::VSource::new_from_file(file.c_str());
-        if (vips_foreign_find_load_source(source.get_source()) != nullptr) {
-            return VImage::new_from_source(source, "", options());
-        }
-        vips_error_clear();
-        // Some kinds can be read by name only. The name goes straight to the reader: libvips would look for options in
-        // it.
-        if (const char* reader = vips_foreign_find_load(file.c_str()); reader != nullptr) {
-            VImage image;
-            VImage::call(reader, options()->set("filename", file.c_str())->set("out", &image));
-            return image;
-        }
+        return OpenAccepted(file, access, console);
     } catch (const vips::VError&) {
         throw WorkError(file.string() + " is damaged or not an image: " + TakeLibraryMessage());
     }
-    vips_error_clear();
-    throw WorkError(file.string() + " is not an image of a kind that can be read");
 }
 
 void CheckSize(const VImage& image, const fs::path& file, std::int64_t maxPixels) {
     const std::int64_t pixels = std::int64_t{image.width()} * image.height();
+    const bool isGiven = maxPixels > 0;
+    if (!isGiven) maxPixels = PixelLimit(static_cast<std::int64_t>(fs::file_size(file)));
     if (pixels > maxPixels) {
-        throw WorkError(file.string() + " has " + text::Size(image.width(), image.height()) +
-                        " pixels, more than the " + std::to_string(maxPixels) + " that --max-pixels allows");
+        throw WorkError(
+            file.string() + " has " + text::Size(image.width(), image.height()) + " pixels, more than the " +
+            std::to_string(maxPixels) +
+            (isGiven ? " that --max-pixels allows" : " that a file of its size may have; --max-pixels allows more"));
     }
 }
 
@@ -90,6 +83,7 @@ int PackRows(VipsRegion* region, VipsRect* area, void* argument) {
             to[3] = from[2];
         }
     }
+    Work().pixels += std::int64_t{area->width} * area->height;
     packed.console.Report(area->top + area->height, region->im->Ysize);
     return 0;
 }
@@ -116,8 +110,19 @@ WorkError DamagedFile(const fs::path& file) {
 }
 
 void CheckWholeImage(const fs::path& file) {
+    std::int64_t seen = 0;
     try {
-        Open(file, VIPS_ACCESS_SEQUENTIAL).avg();
+        const VImage image = Open(file, VIPS_ACCESS_SEQUENTIAL);
+        const Doing reading(Activity::Reading, file.string());
+        // Row by row, to be seen at work.
+        VipsImage* watched = image.get_image();
+        vips_image_set_progress(watched, TRUE);
+        g_signal_connect(watched, "eval", G_CALLBACK(+[](VipsImage*, VipsProgress* progress, std::int64_t* before) {
+                             Work().pixels += static_cast<std::int64_t>(progress->npels) - *before;
+                             *before = static_cast<std::int64_t>(progress->npels);
+                         }),
+                         &seen);
+        image.avg();
     } catch (const vips::VError&) {
         throw DamagedFile(file);
     }
@@ -125,7 +130,7 @@ void CheckWholeImage(const fs::path& file) {
 
 OpenedImage OpenImage(const fs::path& file, std::int64_t maxPixels, Console& console) {
     CheckImageFile(file);
-    VImage image = Open(file, VIPS_ACCESS_SEQUENTIAL);
+    VImage image = Open(file, VIPS_ACCESS_SEQUENTIAL, &console);
     CheckSize(image, file, maxPixels);
     NoteLosses(image, file, console);
     try {
@@ -145,6 +150,7 @@ ReadPicture ReadImage(host::Host& host, const fs::path& file, std::int64_t maxPi
     console.BeginStage("reading " + file.string());
     const OpenedImage opened = OpenImage(file, maxPixels, console);
     try {
+        const Doing reading(Activity::Reading, file.string());
         return {PictureOf(host, opened.image, console), opened.origin};
     } catch (const vips::VError&) {
         throw DamagedFile(file);

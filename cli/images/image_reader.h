@@ -39,7 +39,7 @@ void CheckWholeImage(const std::filesystem::path& file);
 
 /// Opens any kind of image that libvips knows: upright (the EXIF orientation is applied), in sRGB. Notes when the file
 /// has deeper channels or more pages. A WorkError when the file is missing, empty, damaged or no image, or when it has
-/// more than `maxPixels` pixels.
+/// more than `maxPixels` pixels (0: than its size makes likely).
 OpenedImage OpenImage(const std::filesystem::path& file, std::int64_t maxPixels, Console& console);
 
 /// For pixels that could not be decoded. Takes the library's message.

@@ -31,16 +31,41 @@ constexpr std::array kFormats = {
 };
 
 bool IsBuiltIn(const OutputFormat& format) {
+    // Before libvips has started, which is when the command line is checked.
+    if (g_type_from_name("VipsForeignSave") == 0) return true;
     return vips_type_find("VipsForeignSave", std::string(format.writer).c_str()) != 0;
 }
 
+/// libvips' own format is written by names that end with its suffix alone. The link lies in the worker's private
+/// folder.
+fs::path LinkTo(const fs::path& file, std::string_view suffix) {
+    const fs::path link = fs::temp_directory_path() / ("output" + std::string(suffix));
+    fs::create_symlink(file, link);
+    return link;
+}
+
 void Save(const VImage& image, const OutputFormat& format, std::optional<int> quality, const fs::path& file) {
-    vips::VOption* options = VImage::option()->set("in", image)->set("filename", file.c_str());
+    vips::VOption* options = VImage::option()->set("in", image);
     if (format.lossy) options->set("Q", quality.value_or(kDefaultQuality));
+    // The name of a descriptor has no suffix to go by.
+    if (format.suffix == ".avif") options->set("compression", VIPS_FOREIGN_HEIF_COMPRESSION_AV1);
     // Other TIFF files hold 4 GB at most.
     const std::uint64_t bytes = VIPS_IMAGE_SIZEOF_IMAGE(image.get_image());
     if (format.writer == "tiffsave" && bytes > 0xf0000000) options->set("bigtiff", true);
-    VImage::call(std::string(format.writer).c_str(), options);
+    if (format.writer == "magicksave_bmp") {
+        // ImageMagick's own rules may forbid it to open the name of a descriptor.
+        VipsBlob* blob = nullptr;
+        VImage::call("magicksave_bmp_buffer", options->set("buffer", &blob));
+        std::size_t length = 0;
+        const void* data = vips_blob_get(blob, &length);
+        const vips::VTarget target = vips::VTarget::new_to_file(file.c_str());
+        const int result = vips_target_write(target.get_target(), data, length) | vips_target_end(target.get_target());
+        vips_area_unref(VIPS_AREA(blob));
+        if (result != 0) throw vips::VError();
+        return;
+    }
+    const fs::path name = format.writer == "vipssave" ? LinkTo(file, format.suffix) : file;
+    VImage::call(std::string(format.writer).c_str(), options->set("filename", name.c_str()));
 }
 
 /// Passes pixels on and looks at their alpha, which comes last.

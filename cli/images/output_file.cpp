@@ -1,15 +1,14 @@
 #include "cli/images/output_file.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <climits>
-#include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <random>
 #include <system_error>
 #include <utility>
@@ -21,23 +20,6 @@ namespace ombrix::cli {
 namespace fs = std::filesystem;
 
 namespace {
-
-/// For the signal handler.
-struct Unfinished {
-    char name[PATH_MAX];
-    std::atomic<bool> exists = false;
-};
-static_assert(std::atomic<bool>::is_always_lock_free);
-
-Unfinished unfinished[kUnfinishedAtOnce];
-
-void OnSignal(int signal) {
-    for (const Unfinished& file : unfinished) {
-        if (file.exists) unlink(file.name);
-    }
-    // SA_RESETHAND has restored the default action, which ends the process.
-    raise(signal);
-}
 
 std::string Reason(int error) { return std::generic_category().message(error); }
 
@@ -72,34 +54,26 @@ void CheckFolder(const fs::path& target) {
     }
 }
 
-/// A name unlikely to exist. It keeps the target's suffix, by which writers go.
-fs::path NameBeside(const fs::path& target) {
-    static std::mt19937_64 random{std::random_device{}()};
-    char number[17];
-    std::snprintf(number, sizeof number, "%016llx", static_cast<unsigned long long>(random()));
-    return FolderOf(target) / (".ombrix-" + std::string(number) + target.extension().string());
-}
-
-/// Does not replace a file that has appeared meanwhile, where the file system can tell.
-int RenameToNew(const fs::path& from, const fs::path& to) {
-    const int result = renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
-    if (result != 0 && (errno == EINVAL || errno == ENOSYS)) return std::rename(from.c_str(), to.c_str());
-    return result;
+/// New files have the permissions that the user's mask leaves. No thread runs yet that could make a file meanwhile.
+mode_t ModeOfNewFiles() {
+    const mode_t mask = umask(0);
+    umask(mask);
+    return 0666 & ~mask;
 }
 
 /// Puts the bytes on the disk before the name does.
-void Synchronize(const fs::path& file) {
-    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) throw std::system_error(errno, std::generic_category());
-    const int error = fsync(descriptor) == 0 ? 0 : errno;
-    close(descriptor);
-    if (error != 0 && error != EINVAL) throw std::system_error(error, std::generic_category());
+void Synchronize(int file) {
+    if (fsync(file) != 0 && errno != EINVAL) throw std::system_error(errno, std::generic_category());
+}
+
+void Check(int result) {
+    if (result != 0) throw std::system_error(errno, std::generic_category());
 }
 
 }  // namespace
 
-OutputFile::OutputFile(fs::path target, bool mayReplace)
-    : given_(std::move(target)), target_(Resolved(given_)), mayReplace_(mayReplace) {
+OutputFile::OutputFile(fs::path target, Replace replace)
+    : given_(std::move(target)), target_(Resolved(given_)), replace_(replace) {
     CheckFolder(target_);
     std::error_code error;
     const fs::file_status status = fs::symlink_status(target_, error);
@@ -108,49 +82,108 @@ OutputFile::OutputFile(fs::path target, bool mayReplace)
     if (!fs::is_regular_file(status) && !fs::is_symlink(status)) {
         throw WorkError(given_.string() + " is not an ordinary file, so it cannot be replaced");
     }
-    if (!mayReplace_) throw WorkError(given_.string() + " exists; --force replaces it");
+    if (replace_ == Replace::Nothing) throw WorkError(given_.string() + " exists; --force replaces it");
+    if (fs::is_symlink(status) || access(target_.c_str(), W_OK) == 0) return;
+    struct stat replaced = {};
+    if (stat(target_.c_str(), &replaced) == 0 && replaced.st_uid != geteuid()) {
+        throw WorkError(given_.string() + " belongs to another user and is not writable");
+    }
+    if (replace_ == Replace::Writable) throw WorkError(given_.string() + " is read-only; --force replaces it");
 }
 
 OutputFile::~OutputFile() {
-    if (temporary_.empty()) return;
-    unlink(temporary_.c_str());
-    unfinished[place_].exists = false;
+    if (!name_.empty()) unlinkat(folder_, name_.c_str(), 0);
+    if (file_ >= 0) close(file_);
+    if (folder_ >= 0) close(folder_);
 }
 
-const fs::path& OutputFile::Create() {
-    fs::path name = NameBeside(target_);
-    if (name.native().size() >= PATH_MAX) throw WorkError("the path of " + given_.string() + " is too long");
-    place_ = 0;
-    while (unfinished[place_].exists) ++place_;
-    // Noted before it exists, so that no interrupt can miss it.
-    std::strcpy(unfinished[place_].name, name.c_str());
-    unfinished[place_].exists = true;
-    const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (descriptor < 0) {
-        const int error = errno;
-        unfinished[place_].exists = false;
-        throw WorkError("no file can be made in the folder " + FolderOf(target_).string() + " for " +
-                        given_.filename().string() + " (" + Reason(error) + ")");
+fs::path OutputFile::BesideTarget() const {
+    static std::mt19937_64 random{std::random_device{}()};
+    char number[17];
+    std::snprintf(number, sizeof number, "%016llx", static_cast<unsigned long long>(random()));
+    return FolderOf(target_) / (".ombrix-" + std::string(number) + target_.extension().string());
+}
+
+void OutputFile::Create() {
+    folder_ = open(FolderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    // The user alone may read it before it is finished.
+    if (folder_ >= 0 && access("/proc/self/fd", X_OK) == 0) {
+        file_ = openat(folder_, ".", O_RDWR | O_TMPFILE | O_CLOEXEC, 0600);
     }
-    struct stat replaced;
-    if (stat(target_.c_str(), &replaced) == 0) (void)fchmod(descriptor, replaced.st_mode & 07777);
-    close(descriptor);
-    temporary_ = std::move(name);
-    return temporary_;
+    if (folder_ >= 0 && file_ < 0) {
+        const fs::path path = BesideTarget();
+        if (path.native().size() >= PATH_MAX) throw WorkError("the path of " + given_.string() + " is too long");
+        removed_.emplace(path);
+        file_ = openat(folder_, path.filename().c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+        if (file_ >= 0) name_ = path.filename();
+    }
+    if (file_ < 0) {
+        throw WorkError("no file can be made in the folder " + FolderOf(target_).string() + " for " +
+                        given_.filename().string() + " (" + Reason(errno) + ")");
+    }
+}
+
+fs::path OutputFile::NameOfDescriptor() const { return "/proc/self/fd/" + std::to_string(file_); }
+
+std::int64_t OutputFile::Size() const {
+    struct stat status = {};
+    return file_ >= 0 && fstat(file_, &status) == 0 ? status.st_size : 0;
+}
+
+bool OutputFile::IsOutOfSpace() const {
+    if (file_ < 0) return false;
+    rlimit largest = {};
+    if (getrlimit(RLIMIT_FSIZE, &largest) == 0 && static_cast<rlim_t>(Size()) >= largest.rlim_cur) return true;
+    struct statvfs disk = {};
+    return fstatvfs(file_, &disk) == 0 && disk.f_blocks > 0 && (geteuid() == 0 ? disk.f_bfree : disk.f_bavail) == 0;
+}
+
+void OutputFile::TakeOverAttributes() const {
+    struct stat replaced = {}, own = {};
+    if (fstatat(folder_, target_.filename().c_str(), &replaced, AT_SYMLINK_NOFOLLOW) != 0 ||
+        !S_ISREG(replaced.st_mode)) {
+        return Check(fchmod(file_, ModeOfNewFiles()));
+    }
+    Check(fstat(file_, &own));
+    mode_t mode = replaced.st_mode & 0777;
+    if (own.st_uid != replaced.st_uid) (void)!fchown(file_, replaced.st_uid, static_cast<gid_t>(-1));
+    if (own.st_gid != replaced.st_gid && fchown(file_, static_cast<uid_t>(-1), replaced.st_gid) != 0) {
+        // What one group was allowed is not for another.
+        mode &= ~mode_t{070} | ((mode & 07) << 3);
+    }
+    Check(fchmod(file_, mode));
+}
+
+void OutputFile::PutInPlace() {
+    const fs::path name = target_.filename();
+    if (replace_ == Replace::Nothing) {
+        // Neither replaces a file that has appeared meanwhile.
+        if (name_.empty()) {
+            return Check(linkat(AT_FDCWD, NameOfDescriptor().c_str(), folder_, name.c_str(), AT_SYMLINK_FOLLOW));
+        }
+        if (renameat2(folder_, name_.c_str(), folder_, name.c_str(), RENAME_NOREPLACE) == 0) return name_.clear();
+        if (errno != EINVAL && errno != ENOSYS) Check(-1);
+    } else if (name_.empty()) {
+        // A link never replaces, so the file has a name for an instant.
+        const fs::path path = BesideTarget();
+        removed_.emplace(path);
+        Check(linkat(AT_FDCWD, NameOfDescriptor().c_str(), folder_, path.filename().c_str(), AT_SYMLINK_FOLLOW));
+        name_ = path.filename();
+    }
+    Check(renameat(folder_, name_.c_str(), folder_, name.c_str()));
+    name_.clear();
 }
 
 void OutputFile::Commit() {
     try {
+        TakeOverAttributes();
         // Where nothing is replaced, nothing is lost if the system fails.
-        if (fs::exists(target_)) Synchronize(temporary_);
-        const int result =
-            mayReplace_ ? std::rename(temporary_.c_str(), target_.c_str()) : RenameToNew(temporary_, target_);
-        if (result != 0) throw std::system_error(errno, std::generic_category());
+        if (faccessat(folder_, target_.filename().c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0) Synchronize(file_);
+        PutInPlace();
     } catch (const std::system_error& failure) {
         throw WorkError(given_.string() + " cannot be put in its place (" + failure.code().message() + ")");
     }
-    unfinished[place_].exists = false;
-    temporary_.clear();
+    removed_.reset();
 }
 
 void RefuseSameFile(const fs::path& read, const fs::path& written) {
@@ -160,19 +193,6 @@ void RefuseSameFile(const fs::path& read, const fs::path& written) {
                          " is read by the same command, so it cannot be the output; name another file, or use apply "
                          "--in-place to change a picture's own file");
     }
-}
-
-void RemoveUnfinishedFileOnSignals() {
-    struct sigaction action = {};
-    action.sa_handler = OnSignal;
-    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGXCPU}) {
-        struct sigaction current;
-        // Stays ignored, as under nohup.
-        if (sigaction(signal, nullptr, &current) == 0 && current.sa_handler == SIG_IGN) continue;
-        sigaction(signal, &action, nullptr);
-    }
-    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 }  // namespace ombrix::cli

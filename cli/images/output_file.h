@@ -1,45 +1,70 @@
 // Files that are written whole or not at all.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 #include <filesystem>
+#include <optional>
+#include <string>
+
+#include "cli/supervisor/cleanup.h"
 
 namespace ombrix::cli {
 
-/// Per process.
-inline constexpr std::size_t kUnfinishedAtOnce = 2;
+/// Which existing files an output may replace.
+enum class Replace {
+    Nothing,
+    Writable,  ///< what the user may write to
+    Anything,  ///< a read-only file of the user's own, too
+};
 
-/// Writes beside the target and renames at Commit, so the target is always the old file or the finished one. If the
-/// scope or the process ends without Commit, even by an interrupt, no trace is left.
+/// Writes to a file without a name in the target's folder, or with one where the system has no others, and puts it in
+/// the target's place at Commit: the target is always the old file or the finished one. If the scope or the process
+/// ends without Commit, no trace is left. All is done by descriptors of the file and its folder, so that no name that
+/// is changed meanwhile leads elsewhere.
+///
+/// A file that is replaced passes on owner, group and permissions, as far as the user may give them away, but never a
+/// set-user or set-group bit. A link is followed, and stays; one that leads nowhere is itself replaced. Other hard
+/// links of a replaced file keep the old contents.
 class OutputFile {
   public:
     /// Creates nothing yet. A WorkError when the folder cannot be written to, or the target exists and may not be
     /// replaced.
-    OutputFile(std::filesystem::path target, bool mayReplace);
+    OutputFile(std::filesystem::path target, Replace replace);
     ~OutputFile();
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
-    /// Creates an empty file beside the target and returns its name, which has the target's suffix.
-    const std::filesystem::path& Create();
-    /// Puts the written file in the target's place, with the permissions of the file that it replaces.
+    /// Creates the empty file. A WorkError when the folder takes none.
+    void Create();
+    /// Open for reading and writing once created. The object keeps it.
+    int Descriptor() const { return file_; }
+    /// For writers that take names only: a name of the descriptor in this process.
+    std::filesystem::path NameOfDescriptor() const;
+    /// Bytes written.
+    std::int64_t Size() const;
+    /// Whether the disk or a limit on file sizes takes no more.
+    bool IsOutOfSpace() const;
+
+    /// Puts the written file in the target's place. A WorkError leaves all as it was.
     void Commit();
 
     const std::filesystem::path& Target() const { return given_; }
 
   private:
+    std::filesystem::path BesideTarget() const;
+    void TakeOverAttributes() const;
+    void PutInPlace();
+
     const std::filesystem::path given_;   // for messages
     const std::filesystem::path target_;  // links followed
-    const bool mayReplace_;
-    std::filesystem::path temporary_;  // empty before Create
-    std::size_t place_ = 0;            // in the list of unfinished files
+    const Replace replace_;
+    int folder_ = -1;
+    int file_ = -1;
+    std::string name_;  // in the folder; empty when there is none
+    std::optional<RemovedOnSignals> removed_;
 };
 
 /// A UsageError when both are the same file, under whatever names.
 void RefuseSameFile(const std::filesystem::path& read, const std::filesystem::path& written);
-
-/// Makes signals that end the process remove unfinished files first, and makes the limit on file sizes an ordinary
-/// write error. Call once, at start.
-void RemoveUnfinishedFileOnSignals();
 
 }  // namespace ombrix::cli

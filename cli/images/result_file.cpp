@@ -1,6 +1,7 @@
 #include "cli/images/result_file.h"
 
 #include "cli/failure.h"
+#include "cli/supervisor/progress_of_work.h"
 
 namespace ombrix::cli {
 
@@ -28,8 +29,10 @@ host::Picture Usable(host::Host& host, const host::Picture& picture) {
     return converted;
 }
 
-ResultFile::ResultFile(const std::filesystem::path& target, bool mayReplace, std::optional<int> quality)
-    : format_(CheckedFormat(target, quality)), quality_(quality), file_(target, mayReplace) {}
+ResultFile::ResultFile(const std::filesystem::path& target, Replace replace, std::optional<int> quality)
+    : format_(CheckedFormat(target, quality)), quality_(quality), file_(target, replace) {
+    file_.Create();
+}
 
 void ResultFile::Write(Session& session, const host::Picture& picture, const ImageOrigin& origin) {
     const host::Picture usable = Usable(session.host, picture);
@@ -44,9 +47,9 @@ void ResultFile::Write(Session& session, const host::Picture& picture, const Ima
 
 void ResultFile::Write(Session& session, const vips::VImage& image, const ImageOrigin& origin,
                        const std::function<void()>& check) {
-    WriteImage(image, origin, format_, quality_, file_.Create(), file_.Target(), session.console);
+    const Doing writing(Activity::Writing, file_.Target().string());
+    WriteImage(image, origin, format_, quality_, file_.NameOfDescriptor(), file_.Target(), session.console);
     if (check) check();
-    file_.Commit();
 }
 
 }  // namespace ombrix::cli

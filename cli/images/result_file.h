@@ -19,10 +19,14 @@ host::Picture Usable(host::Host& host, const host::Picture& picture);
 class ResultFile {
   public:
     /// A UsageError or WorkError when there can be no such file. The quality is 1 to 100.
-    ResultFile(const std::filesystem::path& target, bool mayReplace, std::optional<int> quality);
+    ResultFile(const std::filesystem::path& target, Replace replace, std::optional<int> quality);
 
-    /// `check` is called when all is written and may throw to keep the file from its place. A vips::VError when pixels
-    /// cannot be computed, a WorkError when the file cannot be put in its place.
+    /// The file to write into, created at once. What was written takes its place at its Commit.
+    OutputFile& File() { return file_; }
+    const OutputFile& File() const { return file_; }
+
+    /// `check` is called when all is written and may throw. A vips::VError when pixels cannot be
+    /// computed.
     void Write(Session& session, const vips::VImage& image, const ImageOrigin& origin,
                const std::function<void()>& check = {});
     /// A WorkError when the file cannot be written.

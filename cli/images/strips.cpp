@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "cli/failure.h"
+#include "cli/supervisor/progress_of_work.h"
 
 namespace ombrix::cli {
 
@@ -74,7 +75,9 @@ void PutInto(VipsRegion* out, const VipsRect& area, const host::Picture& picture
 }
 
 void Prepare(VipsRegion* region, const VipsRect& area, const OpenedImage& image) {
+    const Doing reading(Activity::Reading, image.file.string());
     if (vips_region_prepare(region, &area) != 0) throw DamagedFile(image.file);
+    Work().pixels += std::int64_t{area.width} * area.height;
 }
 
 void Raise(std::atomic<int>& most, int value) {
@@ -200,6 +203,7 @@ void Strips::Fill(VipsRegion* out, VipsRegion** inputs, const Rectangle& part, i
             if (point.role == catalogue::PointRole::Position) set(placed[i].position);
             if (point.role == catalogue::PointRole::Extent) set(placed[i].extent);
         }
+        const Doing working(Activity::Effect, step.effect.ClassName());
         const host::Value result = step.effect.CallInterface(host::kEffectInterface, "Apply", {host::Object(picture)});
         step.check();
         if (result.IsNil()) throw WorkError(step.effect.ClassName() + " gave no picture and no reason");

@@ -31,16 +31,6 @@ class OutputFileTest : public CommandTest {
         EXPECT_EQ(stat(Path(name).c_str(), &status), 0);
         return status.st_mode & 0777;
     }
-
-    /// Waits until the folder has more than `count` files.
-    bool AwaitUnfinished(std::size_t count) const {
-        for (int tries = 0; tries < 3000; ++tries) {
-            const auto files = std::distance(fs::directory_iterator(Path("")), fs::directory_iterator());
-            if (static_cast<std::size_t>(files) > count) return true;
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        }
-        return false;
-    }
 };
 
 TEST_F(OutputFileTest, ForceReplacesAFileAndKeepsItsPermissionsAndLinks) {
@@ -94,13 +84,23 @@ TEST_F(OutputFileTest, InterruptsLeaveNothingBehind) {
     WriteNoise("large.ppm", 3000, 3000);
     WriteColour("out.png", {1, 2, 3});
     const auto before = Contents();
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        SCOPED_TRACE(signal);
-        const pid_t child = Start({"apply", "invert", "large.ppm", "out.png", "--force"});
-        ASSERT_TRUE(AwaitUnfinished(before.size()));
-        kill(child, signal);
-        EXPECT_EQ(Finish(child).status, -signal);
-        EXPECT_TRUE(Contents() == before);
+    // From before the fork until well into the work.
+    for (const int milliseconds : {1, 5, 10, 15, 20, 30, 40, 60, 100, 150}) {
+        for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGKILL}) {
+            SCOPED_TRACE(testing::Message() << signal << " after " << milliseconds << " ms");
+            fs::create_directory(Path("temporary"));
+            const pid_t child =
+                Start({"apply", "invert", "large.ppm", "out.png", "--force"}, [] { setenv("TMPDIR", "temporary", 1); });
+            std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+            kill(child, signal);
+            EXPECT_EQ(Finish(child).status, -signal);
+            // The worker of one that was killed ends by itself.
+            for (int tries = 0; tries < 200 && !fs::is_empty(Path("temporary")); ++tries) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            }
+            fs::remove(Path("temporary"));
+            EXPECT_TRUE(Contents() == before);
+        }
     }
 }
 

@@ -1,0 +1,28 @@
+// How much time, memory and how many pixels the work may cost.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+
+namespace ombrix::cli {
+
+/// What the command line asks for; the rest goes by the machine and by the files that are read.
+struct Limits {
+    std::optional<double> seconds;       ///< of all the work
+    std::optional<std::int64_t> memory;  ///< resident bytes
+};
+
+/// A file of 10 kB may cost 1 GB at most, and a larger one may hold a picture that its size makes likely. Never more
+/// than three quarters of the machine's memory.
+std::int64_t MemoryLimit(const Limits& limits, std::int64_t bytesRead);
+
+/// How long decoders may work. Pixels that they have delivered give them more time, so only those that hang meet it. A
+/// file of 10 kB gets less than 5 seconds before its first pixel.
+std::chrono::duration<double> DecodingTime(std::int64_t bytesRead, std::int64_t pixelsDelivered);
+
+/// How many pixels a file may have when the command line says nothing. Everything that is likely for honest files
+/// passes: a row of one colour compresses to a 1000th as PNG, 8000 pixels a byte with one bit each.
+std::int64_t PixelLimit(std::int64_t bytesOfFile);
+
+}  // namespace ombrix::cli

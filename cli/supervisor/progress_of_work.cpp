@@ -1,0 +1,81 @@
+#include "cli/supervisor/progress_of_work.h"
+
+#include <sys/mman.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstring>
+#include <mutex>
+#include <new>
+
+namespace ombrix::cli {
+
+namespace {
+
+ProgressOfWork own;
+ProgressOfWork* work = &own;
+std::mutex naming;
+
+/// Of this thread.
+thread_local std::uint32_t current = 0;
+
+bool IsMainThread() { return syscall(SYS_gettid) == getpid(); }
+
+}  // namespace
+
+ProgressOfWork::Place ProgressOfWork::PlaceOf(Packed packed) const {
+    const std::size_t index = packed & 0xffff;
+    const bool isKnown = packed != 0 && index < kMostSubjects;
+    return {static_cast<Activity>(packed >> 16), isKnown ? std::string(subjects[index].data()) : std::string()};
+}
+
+ProgressOfWork::Packed ProgressOfWork::Pack(Activity activity, const char* subject) {
+    const std::lock_guard lock(naming);
+    std::size_t index = 0;
+    while (index < subjectCount && std::strncmp(subjects[index].data(), subject, PATH_MAX - 1) != 0) ++index;
+    if (index == subjectCount) {
+        index = std::min(index, kMostSubjects - 1);
+        std::strncpy(subjects[index].data(), subject, PATH_MAX - 1);
+        subjectCount = index + 1;
+    }
+    return (static_cast<Packed>(activity) << 16) | static_cast<Packed>(index);
+}
+
+ProgressOfWork& Work() { return *work; }
+
+void ShareWork() {
+    void* memory = mmap(nullptr, sizeof(ProgressOfWork), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED) throw std::bad_alloc();
+    // Pages of names are not touched before there are any.
+    work = new (memory) ProgressOfWork;
+}
+
+Doing::Doing(Activity activity, const std::string& subject) : activity_(activity), outer_(current) {
+    current = work->Pack(activity, subject.c_str());
+    if (IsMainThread()) work->main = current;
+    if (activity == Activity::Reading) work->lastReading = current;
+    if (auto* counter = Counter()) ++*counter;
+}
+
+Doing::~Doing() {
+    if (auto* counter = Counter()) --*counter;
+    current = outer_;
+    if (IsMainThread()) work->main = current;
+}
+
+std::atomic<int>* Doing::Counter() const {
+    if (activity_ == Activity::Reading) return &work->readers;
+    if (activity_ == Activity::Effect) return &work->effects;
+    return nullptr;
+}
+
+void NoteCrash(int signal) {
+    std::uint32_t none = 0;
+    work->crash.compare_exchange_strong(none, current != 0 ? current : work->main.load());
+    // SA_RESETHAND has restored the default action. The signal is the one that the supervisor is told of.
+    raise(signal);
+}
+
+}  // namespace ombrix::cli

@@ -1,0 +1,23 @@
+// The child's side of the supervised work.
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <functional>
+
+#include "cli/session.h"
+
+namespace ombrix::cli {
+
+/// The ends of pipes that a worker is given.
+struct WorkerPipes {
+    int messages;
+    int chatter;  ///< for what libraries print
+};
+
+/// Starts libvips, works, tells the supervisor what came of it, and ends the process without the parent's destructors.
+[[noreturn]] void RunWorker(Session& session, const std::function<void(Session&)>& work, WorkerPipes pipes,
+                            pid_t supervisor, const std::filesystem::path& temporaryFolder);
+
+}  // namespace ombrix::cli
