@@ -13,8 +13,9 @@ export ARROWS='
     cli            catalogue host text
     cli/commands   cli catalogue host text
     cli/studio     cli/* cli/images cli/gallery catalogue host text
-    cli/gallery    cli/* cli/images catalogue host text
-    cli/images     cli/* catalogue host text
+    cli/gallery    cli/* cli/images cli/supervisor catalogue host text
+    cli/images     cli/* cli/supervisor catalogue host text
+    cli/supervisor cli/* host text
     catalogue      host text
     host           text platform sdk/definition_records.h
     text

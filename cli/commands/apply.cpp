@@ -3,10 +3,10 @@
 #include "cli/commands/command.h"
 #include "cli/failure.h"
 #include "cli/images/chain.h"
+#include "cli/images/picture_work.h"
 #include "cli/images/result_file.h"
 #include "cli/reflection.h"
 #include "cli/settings.h"
-#include "cli/supervisor/supervisor.h"
 #include "text/phrases.h"
 
 namespace ombrix::cli {
@@ -106,7 +106,7 @@ class Apply : public Command {
         for (const Step& step : steps_) steps.push_back(Plan(session, step, inPlace_));
         CheckFiles(input, inPlace_ ? nullptr : &output, steps);
         ResultFile result(output, MayReplace(session.options), session.options.quality);
-        Supervise(session, {&result.File()}, [&](Session& worker) { Work(worker, steps, result); });
+        WorkOnPictures(session, {&result.File()}, [&](Session& worker) { Work(worker, steps, result); });
         result.File().Commit();
     }
 

@@ -9,12 +9,12 @@
 #include "cli/effect_object.h"
 #include "cli/failure.h"
 #include "cli/images/image_reader.h"
+#include "cli/images/picture_work.h"
 #include "cli/images/result_file.h"
 #include "cli/outcome.h"
 #include "cli/reflection.h"
 #include "cli/settings.h"
 #include "cli/supervisor/progress_of_work.h"
-#include "cli/supervisor/supervisor.h"
 #include "text/names.h"
 #include "text/phrases.h"
 
@@ -229,7 +229,7 @@ class Call : public Command {
 
         std::vector<const OutputFile*> written;
         if (output) written.push_back(&output->File());
-        Supervise(session, written, [&](Session& worker) { Work(worker, call, output); });
+        WorkOnPictures(session, written, [&](Session& worker) { Work(worker, call, output); });
         if (output) output->File().Commit();
     }
 

@@ -12,8 +12,8 @@
 #include "cli/gallery/sheet.h"
 #include "cli/images/image_reader.h"
 #include "cli/images/output_file.h"
+#include "cli/images/picture_work.h"
 #include "cli/images/result_file.h"
-#include "cli/supervisor/supervisor.h"
 #include "text/names.h"
 #include "text/phrases.h"
 
@@ -91,7 +91,7 @@ class Gallery : public Command {
         std::optional<ResultFile> sheet;
         if (!sheet_.empty()) sheet.emplace(sheet_, replace, std::nullopt);
         if (sheet) written.push_back(&sheet->File());
-        Supervise(session, written, [&](Session& worker) { Work(worker, page, sheet); });
+        WorkOnPictures(session, written, [&](Session& worker) { Work(worker, page, sheet); });
         // Both are written before either takes its place.
         if (sheet) sheet->File().Commit();
         if (page) page->Commit();

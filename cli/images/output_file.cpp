@@ -1,9 +1,7 @@
 #include "cli/images/output_file.h"
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -124,19 +122,6 @@ void OutputFile::Create() {
 }
 
 fs::path OutputFile::NameOfDescriptor() const { return "/proc/self/fd/" + std::to_string(file_); }
-
-std::int64_t OutputFile::Size() const {
-    struct stat status = {};
-    return file_ >= 0 && fstat(file_, &status) == 0 ? status.st_size : 0;
-}
-
-bool OutputFile::IsOutOfSpace() const {
-    if (file_ < 0) return false;
-    rlimit largest = {};
-    if (getrlimit(RLIMIT_FSIZE, &largest) == 0 && static_cast<rlim_t>(Size()) >= largest.rlim_cur) return true;
-    struct statvfs disk = {};
-    return fstatvfs(file_, &disk) == 0 && disk.f_blocks > 0 && (geteuid() == 0 ? disk.f_bfree : disk.f_bavail) == 0;
-}
 
 void OutputFile::TakeOverAttributes() const {
     struct stat replaced = {}, own = {};

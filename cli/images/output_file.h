@@ -1,7 +1,6 @@
 // Files that are written whole or not at all.
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -40,10 +39,6 @@ class OutputFile {
     int Descriptor() const { return file_; }
     /// For writers that take names only: a name of the descriptor in this process.
     std::filesystem::path NameOfDescriptor() const;
-    /// Bytes written.
-    std::int64_t Size() const;
-    /// Whether the disk or a limit on file sizes takes no more.
-    bool IsOutOfSpace() const;
 
     /// Puts the written file in the target's place. A WorkError leaves all as it was.
     void Commit();

@@ -2,7 +2,9 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -20,7 +22,6 @@
 #include <system_error>
 
 #include "cli/failure.h"
-#include "cli/images/output_file.h"
 #include "cli/supervisor/channel.h"
 #include "cli/supervisor/cleanup.h"
 #include "cli/supervisor/limits.h"
@@ -80,6 +81,14 @@ std::int64_t ResidentMemory(pid_t process) {
     return (resident - shared) * sysconf(_SC_PAGESIZE);
 }
 
+/// Whether the disk or a limit on file sizes takes no more.
+bool IsOutOfSpace(int file, std::int64_t size) {
+    rlimit largest = {};
+    if (getrlimit(RLIMIT_FSIZE, &largest) == 0 && static_cast<rlim_t>(size) >= largest.rlim_cur) return true;
+    struct statvfs disk = {};
+    return fstatvfs(file, &disk) == 0 && disk.f_blocks > 0 && (geteuid() == 0 ? disk.f_bfree : disk.f_bavail) == 0;
+}
+
 std::string Crash(const Place& place, int signal) {
     const std::string how = std::string(" (") + strsignal(signal) + ")";
     switch (place.activity) {
@@ -108,7 +117,7 @@ bool IsAboutMemory(const std::string& message) {
 
 class Supervisor {
   public:
-    Supervisor(Session& session, const std::vector<const OutputFile*>& written)
+    Supervisor(Session& session, const std::vector<WatchedFile>& written)
         : session_(session), limits_(session.options.limits), written_(written) {}
     ~Supervisor() {
         if (worker_ > 0) End();
@@ -128,6 +137,7 @@ class Supervisor {
             throw WorkError(*workError_);
         }
         const Place place = Work().Crash();
+        if (IsAboutMemory(chatter_)) throw WorkError(TooMuchMemory());
         if (WIFSIGNALED(status)) {
             const int signal = WTERMSIG(status);
             if (signal == SIGKILL) throw WorkError("the work was killed, perhaps because memory was short");
@@ -244,12 +254,12 @@ class Supervisor {
 
     /// Some encoders try for ever to write to a full disk.
     void CheckDisk(Seconds passed) {
-        for (const OutputFile* file : written_) {
-            if (!file->IsOutOfSpace()) continue;
-            fullDisk_ = file->Size() == lastSize_ ? fullDisk_ + passed : Seconds{0};
-            lastSize_ = file->Size();
-            if (fullDisk_ > kFullDisk)
-                throw WorkError(file->Target().string() + " cannot be written: the disk is full");
+        for (const WatchedFile& file : written_) {
+            struct stat status = {};
+            if (fstat(file.descriptor, &status) != 0 || !IsOutOfSpace(file.descriptor, status.st_size)) continue;
+            fullDisk_ = status.st_size == lastSize_ ? fullDisk_ + passed : Seconds{0};
+            lastSize_ = status.st_size;
+            if (fullDisk_ > kFullDisk) throw WorkError(file.name + " cannot be written: the disk is full");
         }
     }
 
@@ -278,7 +288,7 @@ class Supervisor {
 
     Session& session_;
     const Limits& limits_;
-    const std::vector<const OutputFile*>& written_;
+    const std::vector<WatchedFile>& written_;
     const TemporaryFolder temporary_;
     Pipe messages_, chatterPipe_;
     MessageReader reader_{messages_.from};
@@ -295,8 +305,7 @@ class Supervisor {
 
 }  // namespace
 
-void Supervise(Session& session, const std::vector<const OutputFile*>& written,
-               const std::function<void(Session&)>& work) {
+void Supervise(Session& session, const std::vector<WatchedFile>& written, const std::function<void(Session&)>& work) {
     Supervisor(session, written).Run(work);
 }
 

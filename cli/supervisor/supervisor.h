@@ -2,22 +2,26 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "cli/session.h"
 
 namespace ombrix::cli {
 
-class OutputFile;
+/// A file that the work writes.
+struct WatchedFile {
+    int descriptor;
+    std::string name;  ///< for messages
+};
 
-/// Runs `work` in a worker process, with a session whose console speaks to this one's, and waits. libvips is started
-/// there, so nothing before may use it. What the work leaves in memory is lost; what it writes to standard output
-/// comes out here, when it succeeds. `written` is watched for a full disk.
+/// Runs `work` in a worker process, with a session whose console speaks to this one's, and waits. What the work leaves
+/// in memory is lost; what it writes to standard output comes out here, when it succeeds. `written` is watched for a
+/// full disk.
 ///
 /// The work's UsageError or WorkError is thrown here. Whatever else becomes of the worker is a WorkError that names
 /// what is to blame: the file being read, the effect, the disk, memory or time. Lines that libraries print are kept
 /// back. Call it once, before any thread is started.
-void Supervise(Session& session, const std::vector<const OutputFile*>& written,
-               const std::function<void(Session&)>& work);
+void Supervise(Session& session, const std::vector<WatchedFile>& written, const std::function<void(Session&)>& work);
 
 }  // namespace ombrix::cli

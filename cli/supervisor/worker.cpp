@@ -11,11 +11,8 @@
 #include <iostream>
 #include <new>
 #include <sstream>
-#include <vips/vips8>
 
 #include "cli/failure.h"
-#include "cli/images/accepted_kinds.h"
-#include "cli/images/image_reader.h"
 #include "cli/supervisor/channel.h"
 #include "cli/supervisor/cleanup.h"
 #include "cli/supervisor/limits.h"
@@ -35,23 +32,6 @@ constexpr bool kSanitized = true;
 constexpr bool kSanitized = false;
 #endif
 
-/// libvips, for the time of its scope.
-class ImageLibrary {
-  public:
-    explicit ImageLibrary(const std::string& program) {
-        if (VIPS_INIT(program.c_str()) != 0) {
-            throw WorkError("the image library does not start: " + TakeLibraryMessage());
-        }
-        // No operation is repeated, so cached results would only hold on to pixels.
-        vips_cache_set_max(0);
-        // The command itself says what matters of libvips' warnings.
-        g_log_set_default_handler([](const char*, GLogLevelFlags, const char*, void*) {}, nullptr);
-    }
-    ~ImageLibrary() { vips_shutdown(); }
-    ImageLibrary(const ImageLibrary&) = delete;
-    ImageLibrary& operator=(const ImageLibrary&) = delete;
-};
-
 /// On a stack of its own, since an overflow of the main thread's is a crash too.
 void NoteCrashes() {
     static std::array<char, 64 * 1024> stack;
@@ -60,7 +40,7 @@ void NoteCrashes() {
     struct sigaction action = {};
     action.sa_handler = NoteCrash;
     action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER | SA_ONSTACK);
-    for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT}) sigaction(signal, &action, nullptr);
+    for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP}) sigaction(signal, &action, nullptr);
 }
 
 /// The supervisor looks at resident memory; this stops what grows faster than it looks.
@@ -87,8 +67,6 @@ void Try(Session& session, const std::function<void(Session&)>& work, MessageWri
     std::ostringstream text;
     std::streambuf* const before = std::cout.rdbuf(text.rdbuf());
     try {
-        const ImageLibrary library(session.options.program);
-        AcceptKinds({session.options.allLoaders, session.options.allowDamaged});
         Session own{session.host, session.options, told};
         work(own);
         messages.Send(MessageKind::Text, text.str());

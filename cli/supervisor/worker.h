@@ -16,7 +16,7 @@ struct WorkerPipes {
     int chatter;  ///< for what libraries print
 };
 
-/// Starts libvips, works, tells the supervisor what came of it, and ends the process without the parent's destructors.
+/// Works, tells the supervisor what came of it, and ends the process without the parent's destructors.
 [[noreturn]] void RunWorker(Session& session, const std::function<void(Session&)>& work, WorkerPipes pipes,
                             pid_t supervisor, const std::filesystem::path& temporaryFolder);
 

@@ -1,0 +1,17 @@
+// Work that needs the image library.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "cli/images/output_file.h"
+#include "cli/session.h"
+
+namespace ombrix::cli {
+
+/// Runs `work` in a supervised process, in which libvips has started and reads what the options accept; see Supervise.
+/// `written` are the files that it writes, all created.
+void WorkOnPictures(Session& session, const std::vector<const OutputFile*>& written,
+                    const std::function<void(Session&)>& work);
+
+}  // namespace ombrix::cli
