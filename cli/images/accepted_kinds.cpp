@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "cli/failure.h"
+#include "cli/images/cut_short.h"
 #include "cli/images/image_reader.h"
 
 namespace ombrix::cli {
@@ -104,52 +105,6 @@ const Kind* KindOf(std::string_view head) {
     return kind != kKinds.end() ? &*kind : nullptr;
 }
 
-/// Whether a PNM file of plain numbers has all of them. Its reader takes missing ones for 0.
-bool HasAllNumbers(const fs::path& file, const VImage& image) {
-    std::ifstream stream(file, std::ios::binary);
-    const bool isBitmap = Head(file).starts_with("P1");
-    const int bands = image.bands();
-    // Width and height are numbers too, and so is the largest level, which bitmaps lack.
-    const std::int64_t needed =
-        1 + 2 + (isBitmap ? 0 : 1) + std::int64_t{image.width()} * image.height() * std::int64_t{bands};
-    std::int64_t count = 0;
-    bool inWord = false, inComment = false;
-    std::array<char, 65536> buffer;
-    while (count < needed && stream) {
-        stream.read(buffer.data(), buffer.size());
-        for (std::streamsize i = 0; i < stream.gcount(); ++i) {
-            const char c = buffer[static_cast<std::size_t>(i)];
-            if (inComment || c == '#') {
-                inComment = c != '\n';
-                inWord = false;
-            } else if (std::isspace(static_cast<unsigned char>(c)) != 0) {
-                inWord = false;
-            } else if (!inWord || (isBitmap && count >= 3)) {
-                inWord = true;
-                ++count;  // the digits of a bitmap need no space between them
-            }
-        }
-    }
-    return count >= needed;
-}
-
-bool HasPdfEnd(const fs::path& file) {
-    constexpr std::int64_t kTrailer = 2048;  // readers look for the end in the last 1024 bytes
-    std::ifstream stream(file, std::ios::binary | std::ios::ate);
-    const std::int64_t size = stream.tellg();
-    stream.seekg(std::max<std::int64_t>(0, size - kTrailer));
-    std::string end(static_cast<std::size_t>(std::min(size, kTrailer)), '\0');
-    stream.read(end.data(), static_cast<std::streamsize>(end.size()));
-    return end.find("%%EOF") != std::string::npos;
-}
-
-/// What its reader does not notice itself.
-bool IsCutShort(const fs::path& file, std::string_view head, const VImage& image) {
-    if (head.starts_with("%PDF-")) return !HasPdfEnd(file);
-    const bool isPlainPnm = IsPnm(head) && head[1] >= '1' && head[1] <= '3';
-    return isPlainPnm && !HasAllNumbers(file, image);
-}
-
 VImage Load(const fs::path& file, const Kind* kind, VipsAccess access, VipsFailOn failOn) {
     vips::VOption* options = VImage::option()->set("access", access)->set("fail_on", failOn);
     VImage image;
@@ -196,14 +151,13 @@ VImage OpenAccepted(const fs::path& file, VipsAccess access, Console* console) {
     const auto open = [&](VipsFailOn failOn) { return Load(file, kind, access, failOn); };
     if (!rules.damaged) {
         VImage image = open(VIPS_FAIL_ON_ERROR);
-        if (IsCutShort(file, head, image))
-            throw WorkError(file.string() + " is damaged or cut short: its end is missing");
+        if (IsCutShort(file, image)) throw WorkError(file.string() + " is damaged or cut short: its end is missing");
         return image;
     }
     try {
         const VImage whole = Load(file, kind, VIPS_ACCESS_SEQUENTIAL, VIPS_FAIL_ON_ERROR);
         whole.avg();
-        if (!IsCutShort(file, head, whole)) return open(VIPS_FAIL_ON_ERROR);
+        if (!IsCutShort(file, whole)) return open(VIPS_FAIL_ON_ERROR);
         vips_error("ombrix", "%s", "its end is missing");
     } catch (const vips::VError&) {
     }

@@ -112,6 +112,28 @@ TEST_F(SupervisorTest, FilesCutShortAreDamagedOrTakenAsFarAsTheyGo) {
     EXPECT_EQ(Run({"apply", "invert", "whole.pdf", "page.png"}).status, 0);
     ExpectFailure({"apply", "invert", "cut.pdf", "out.png"}, "cut.pdf is damaged");
 
+    std::string sgi("\1\xda\0\1\0\3\0\x28\0\x28\0\3\0\0\0\0\0\0\0\xff", 20);
+    sgi.resize(512);
+    sgi.append(40 * 40 * 3, '\x11');
+    // A matrix of 40x40 bytes: flags, dimensions, name, numbers.
+    std::string matlab = "MATLAB 5.0 MAT-file";
+    matlab.resize(124, ' ');
+    const auto element = [](char type, const std::string& bytes) {
+        const auto low = static_cast<char>(bytes.size() & 255), high = static_cast<char>(bytes.size() >> 8);
+        return std::string{type, 0, 0, 0, low, high, 0, 0} + bytes;
+    };
+    matlab +=
+        std::string("\0\1IM", 4) + element(14, element(6, std::string("\x09\0\0\0\0\0\0\0", 8)) +
+                                                   element(5, std::string("\x28\0\0\0\x28\0\0\0", 8)) +
+                                                   element(1, "picture8") + element(2, std::string(40 * 40, '\x22')));
+    for (const auto& [name, bytes] : {std::pair("plain.sgi", sgi), std::pair("plain.mat", matlab)}) {
+        Write(name, bytes);
+        const Outcome whole = Run({"apply", "invert", name, "all.png", "--all-loaders", "--force"});
+        EXPECT_EQ(whole.status, 0) << whole.err;
+        Write(name, bytes.substr(0, bytes.size() * 3 / 5));
+        ExpectFailure({"apply", "invert", name, "out.png", "--all-loaders"}, std::string(name) + " is damaged");
+    }
+
     for (const char* kind : {"written/cut.png", "written/cut.jpg", "cut.ppm"}) {
         const Outcome run = Run({"apply", "invert", kind, "taken.png", "--allow-damaged", "--force"});
         EXPECT_EQ(run.status, 0);
