@@ -34,7 +34,7 @@ constexpr bool kSanitized = false;
 
 /// On a stack of its own, since an overflow of the main thread's is a crash too.
 void NoteCrashes() {
-    static std::array<char, 64 * 1024> stack;
+    static std::array<char, std::size_t{64} * 1024> stack;
     const stack_t other{stack.data(), 0, stack.size()};
     sigaltstack(&other, nullptr);
     struct sigaction action = {};
