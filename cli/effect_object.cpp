@@ -11,16 +11,6 @@ namespace {
 /// 0: the effect chooses; -1: all.
 constexpr std::string_view kCoresProperty = "MultiprocessingHint";
 
-/// Only for a progress line that shows: an effect with a handler may work in smaller bands.
-void SetProgressHandler(Session& session, const host::ClassInfo& type, const host::Object& object) {
-    if (!session.console.ShowsProgress()) return;
-    if (const host::PropertyInfo* property = FindProgressProperty(session.host, type)) {
-        object.Set(property->name, session.host.NewProgressHandler([&console = session.console](auto done, auto total) {
-            console.Report(done, total);
-        }));
-    }
-}
-
 PlannedSetting PlanProperty(Session& session, const host::ClassInfo& type, const Setting& setting) {
     const host::PropertyInfo* property = session.host.FindProperty(type.name, setting.name);
     if (!property) {
@@ -43,7 +33,7 @@ const std::filesystem::path* PlannedSetting::File() const {
 host::Value ValueOf(Session& session, const PlannedSetting& setting, std::vector<GivenPicture>& pictures) {
     const std::filesystem::path* file = setting.File();
     if (!file) return std::get<host::Value>(setting.value);
-    pictures.push_back({setting, ReadImage(session.host, *file, session.options.maxPixels, session.console)});
+    pictures.push_back({setting, ReadImage(session, *file)});
     return host::Value(host::Object(pictures.back().read.picture));
 }
 
@@ -58,6 +48,21 @@ std::vector<PlannedSetting> PlanProperties(Session& session, const host::ClassIn
 void SetCores(const Session& session, const host::ClassInfo& type, const host::Object& object) {
     if (session.options.cores && session.host.FindProperty(type.name, kCoresProperty)) {
         object.Set(kCoresProperty, *session.options.cores);
+    }
+}
+
+void SetValues(const std::vector<PlannedSetting>& properties, const host::Object& object) {
+    for (const PlannedSetting& setting : properties) {
+        if (!setting.File()) object.Set(setting.name, std::get<host::Value>(setting.value));
+    }
+}
+
+void SetProgressHandler(Session& session, const host::ClassInfo& type, const host::Object& object) {
+    if (!session.console.ShowsProgress()) return;
+    if (const host::PropertyInfo* property = FindProgressProperty(session.host, type)) {
+        object.Set(property->name, session.host.NewProgressHandler([&console = session.console](auto done, auto total) {
+            console.Report(done, total);
+        }));
     }
 }
 

@@ -37,6 +37,12 @@ std::vector<PlannedSetting> PlanProperties(Session& session, const host::ClassIn
 /// `type` is the object's class.
 void SetCores(const Session& session, const host::ClassInfo& type, const host::Object& object);
 
+/// Sets all properties that need no file.
+void SetValues(const std::vector<PlannedSetting>& properties, const host::Object& object);
+
+/// Only for a progress line that shows: an effect with a handler may work in smaller bands.
+void SetProgressHandler(Session& session, const host::ClassInfo& type, const host::Object& object);
+
 /// A new object with the planned properties, the options' cores, and a handler for the progress line. Image files are
 /// read and added to `pictures`.
 host::Object MakeObject(Session& session, const host::ClassInfo& type, const std::vector<PlannedSetting>& properties,

@@ -81,9 +81,7 @@ std::pair<std::int64_t, std::int64_t> PointIn(PointShare share, int width, int h
 Originals::Originals(Session& session, const std::filesystem::path& picture,
                      const std::optional<std::filesystem::path>& fill, const std::optional<std::filesystem::path>& mask)
     : file_(picture) {
-    const auto read = [&session](const std::filesystem::path& file) {
-        return ReadImage(session.host, file, session.options.maxPixels, session.console).picture;
-    };
+    const auto read = [&session](const std::filesystem::path& file) { return ReadImage(session, file).picture; };
     picture_ = read(picture);
     if (fill) fill_ = read(*fill);
     if (mask) mask_ = read(*mask);

@@ -30,13 +30,6 @@ std::optional<catalogue::Coordinates> GivenPoint(const PlannedStep& step, const 
     return std::nullopt;
 }
 
-/// Sets all that needs no file.
-void SetValues(const PlannedStep& step, const host::Object& object) {
-    for (const PlannedSetting& setting : step.properties) {
-        if (!setting.File()) object.Set(setting.name, std::get<host::Value>(setting.value));
-    }
-}
-
 /// Whether all placed pictures have one size, so that their parts have as well.
 bool ArePlacedAlike(const std::vector<OpenedImage>& images, const catalogue::PartRoles& roles) {
     const VImage* first = nullptr;
@@ -58,7 +51,8 @@ VImage Colours(const VImage& image) {
 Chain::Chain(Session& session, OpenedImage source) : session_(session), image_(std::move(source)) {}
 
 void Chain::Add(const PlannedStep& step) {
-    if (!AddInStrips(step)) AddWhole(step);
+    const std::vector<StepPicture> given = OpenStepPictures(session_, step.type, step.properties);
+    if (!AddInStrips(step, given)) AddWhole(step, given);
 }
 
 VImage Chain::Image() {
@@ -77,31 +71,30 @@ void Chain::Rethrow() const {
     for (const auto& strips : strips_) strips->Rethrow();
 }
 
-bool Chain::AddInStrips(const PlannedStep& step) {
+bool Chain::AddInStrips(const PlannedStep& step, const std::vector<StepPicture>& given) {
     std::vector<OpenedImage> images;
     std::vector<catalogue::PictureToSet> pictures;
     std::vector<std::string> points;
+    for (const StepPicture& picture : given) {
+        images.push_back(picture.image);
+        VImage& image = images.back().image;
+        image = Colours(image);
+        pictures.push_back(
+            {picture.property, image.width() >= image_.image.width() && image.height() >= image_.pageHeight});
+    }
     for (const PlannedSetting& setting : step.properties) {
-        if (setting.File()) {
-            images.push_back(OpenImage(*setting.File(), session_.options.maxPixels, session_.console));
-            VImage& image = images.back().image;
-            image = Colours(image);
-            pictures.push_back(
-                {setting.name, image.width() >= image_.image.width() && image.height() >= image_.pageHeight});
-        } else if (std::get<host::Value>(setting.value).IsObject()) {
-            points.push_back(setting.name);
-        }
+        if (!setting.File() && std::get<host::Value>(setting.value).IsObject()) points.push_back(setting.name);
     }
     const auto roles = [&] {
         const Doing trying(Activity::Effect, step.type.name);
         return catalogue::FindPartRoles(session_.host, step.type, pictures, points, 8 * image_.image.bands(),
-                                        [&step](const host::Object& object) { SetValues(step, object); });
+                                        [&step](const host::Object& object) { SetValues(step.properties, object); });
     }();
     if (!roles || !ArePlacedAlike(images, *roles)) return false;
 
     const host::Object effect = session_.host.New(step.type.name);
     SetCores(session_, step.type, effect);
-    SetValues(step, effect);
+    SetValues(step.properties, effect);
     pending_.push_back(
         {.effect = effect,
          .roles = *roles,
@@ -114,19 +107,30 @@ bool Chain::AddInStrips(const PlannedStep& step) {
     return true;
 }
 
-void Chain::AddWhole(const PlannedStep& step) {
+host::Picture Chain::WholeSource() {
     const VImage before = Image();
-    host::Picture source;
+    session_.console.BeginStage("reading " + image_.file.string());
+    const Doing reading(Activity::Reading, image_.file.string());
     try {
-        session_.console.BeginStage("reading " + image_.file.string());
-        const Doing reading(Activity::Reading, image_.file.string());
-        source = PictureOf(session_.host, before, session_.console);
+        return PictureOf(session_.host, before, session_.console);
     } catch (const vips::VError&) {
         Rethrow();
         throw DamagedFile(image_.file);
     }
+}
+
+void Chain::AddWhole(const PlannedStep& step, const std::vector<StepPicture>& given) {
+    const host::Picture source = WholeSource();
     std::vector<GivenPicture> pictures;
-    const host::Object effect = MakeObject(session_, step.type, step.properties, pictures);
+    const host::Object effect = session_.host.New(step.type.name);
+    SetCores(session_, step.type, effect);
+    SetValues(step.properties, effect);
+    for (const StepPicture& picture : given) {
+        pictures.push_back({picture.setting, Decoded(session_, picture.image)});
+        effect.Set(picture.property, pictures.back().read.picture);
+    }
+    SetProgressHandler(session_, step.type, effect);
+    session_.console.BeginStage(step.type.name);
     const Doing working(Activity::Effect, step.type.name);
     const host::Picture result(
         effect.CallInterface(host::kEffectInterface, "Apply", {host::Object(source)}).AsObject());
@@ -134,7 +138,7 @@ void Chain::AddWhole(const PlannedStep& step) {
     if (!result) throw WorkError(step.type.name + " gave no picture and no reason");
     shown_.push_back(std::make_unique<Shown>(Usable(session_.host, result)));
     const Shown& shown = *shown_.back();
-    image_.image = Viewed(shown.picture, shown.pixels, before.bands() == 4 && shown.picture.Depth() == 32);
+    image_.image = Viewed(shown.picture, shown.pixels, image_.image.bands() == 4 && shown.picture.Depth() == 32);
     image_.pageHeight = image_.image.height();
 }
 

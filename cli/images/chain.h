@@ -7,6 +7,7 @@
 
 #include "cli/effect_object.h"
 #include "cli/images/image_reader.h"
+#include "cli/images/step_pictures.h"
 #include "cli/images/strips.h"
 #include "cli/session.h"
 
@@ -35,8 +36,9 @@ class Chain {
     void Rethrow() const;
 
   private:
-    bool AddInStrips(const PlannedStep& step);
-    void AddWhole(const PlannedStep& step);
+    bool AddInStrips(const PlannedStep& step, const std::vector<StepPicture>& given);
+    void AddWhole(const PlannedStep& step, const std::vector<StepPicture>& given);
+    host::Picture WholeSource();
 
     /// A picture that the image is a view of.
     struct Shown {

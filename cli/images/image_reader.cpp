@@ -61,6 +61,18 @@ void NoteLosses(const VImage& image, const fs::path& file, Console& console) {
     }
 }
 
+/// The alpha of an opaque pixel.
+double OpaqueAlpha(const VImage& image) {
+    switch (image.format()) {
+        case VIPS_FORMAT_USHORT:
+            return UINT16_MAX;
+        case VIPS_FORMAT_UINT:
+            return UINT32_MAX;
+        default:
+            return image.interpretation() == VIPS_INTERPRETATION_scRGB ? 1 : UINT8_MAX;
+    }
+}
+
 /// Where PackRows puts decoded rows.
 struct PackedRows {
     host::Picture::Lock pixels;
@@ -146,15 +158,29 @@ OpenedImage OpenImage(const fs::path& file, std::int64_t maxPixels, Console& con
     }
 }
 
-ReadPicture ReadImage(host::Host& host, const fs::path& file, std::int64_t maxPixels, Console& console) {
-    console.BeginStage("reading " + file.string());
-    const OpenedImage opened = OpenImage(file, maxPixels, console);
+bool IsTransparent(const fs::path& file) {
     try {
+        const VImage image = Open(file, VIPS_ACCESS_SEQUENTIAL);
         const Doing reading(Activity::Reading, file.string());
-        return {PictureOf(host, opened.image, console), opened.origin};
+        if (!image.has_alpha()) return false;
+        return image[image.bands() - 1].min() < OpaqueAlpha(image);
     } catch (const vips::VError&) {
         throw DamagedFile(file);
     }
+}
+
+ReadPicture Decoded(Session& session, const OpenedImage& image) {
+    session.console.BeginStage("reading " + image.file.string());
+    const Doing reading(Activity::Reading, image.file.string());
+    try {
+        return {PictureOf(session.host, image.image, session.console), image.origin};
+    } catch (const vips::VError&) {
+        throw DamagedFile(image.file);
+    }
+}
+
+ReadPicture ReadImage(Session& session, const fs::path& file) {
+    return Decoded(session, OpenImage(file, session.options.maxPixels, session.console));
 }
 
 host::Picture PictureOf(host::Host& host, const VImage& image, Console& console) {

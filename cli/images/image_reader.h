@@ -7,6 +7,7 @@
 
 #include "cli/console.h"
 #include "cli/failure.h"
+#include "cli/session.h"
 #include "ombrix/host.h"
 
 namespace ombrix::cli {
@@ -45,8 +46,14 @@ OpenedImage OpenImage(const std::filesystem::path& file, std::int64_t maxPixels,
 /// For pixels that could not be decoded. Takes the library's message.
 WorkError DamagedFile(const std::filesystem::path& file);
 
+/// Whether any pixel of an image with alpha is not opaque. Decodes it until one is found. A WorkError when it cannot.
+bool IsTransparent(const std::filesystem::path& file);
+
+/// Decodes an opened image. A WorkError when it cannot.
+ReadPicture Decoded(Session& session, const OpenedImage& image);
+
 /// Opens an image and decodes it.
-ReadPicture ReadImage(host::Host& host, const std::filesystem::path& file, std::int64_t maxPixels, Console& console);
+ReadPicture ReadImage(Session& session, const std::filesystem::path& file);
 
 /// A new picture from an image of 3 or 4 bands (red, green, blue, alpha) of 8 bits. Reports progress to the console.
 /// A vips::VError when pixels cannot be decoded.
