@@ -1,5 +1,8 @@
 // ombrix apply: a chain of effects from one image file to another.
 
+#include <climits>
+#include <optional>
+
 #include "cli/commands/command.h"
 #include "cli/failure.h"
 #include "cli/images/chain.h"
@@ -83,6 +86,12 @@ class Apply : public Command {
             ->type_name("FILE");
         app.add_flag("--then")->description("Ends one effect and begins the next of a chain");
         app.add_flag("--in-place", inPlace_, "Change the file INPUT itself");
+        app.add_option_function<std::string>(
+               "--page",
+               [this](const std::string& word) { page_ = static_cast<int>(ParseCount("--page", word, 1, INT_MAX)); },
+               "Take this page or frame alone, from 1; without it all, where OUTPUT can hold them")
+            ->type_name("N")
+            ->take_last();
     }
 
     void Then() override {
@@ -118,7 +127,9 @@ class Apply : public Command {
 
     void Work(Session& session, const std::vector<PlannedStep>& steps, ResultFile& result) const {
         const std::filesystem::path input = files_.front(), output = files_.back();
-        const OpenedImage source = OpenImage(input, session.options.maxPixels, session.console);
+        Losses losses(session.console, inPlace_ && !session.options.force);
+        const OpenedImage source = OpenImage(session, input, {page_, HoldsPages(result.Format().writer)}, losses);
+        losses.Check(input);
         Chain chain(session, source);
         for (const PlannedStep& step : steps) chain.Add(step);
         session.console.BeginStage(steps.front().type.name +
@@ -147,6 +158,7 @@ class Apply : public Command {
     std::string mask_;
 
     bool inPlace_ = false;
+    std::optional<int> page_;  ///< from 1
     std::vector<Step> steps_;
     std::vector<std::string> files_;  ///< input and output; one when in place
 };

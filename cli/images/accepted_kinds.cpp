@@ -105,8 +105,11 @@ const Kind* KindOf(std::string_view head) {
     return kind != kKinds.end() ? &*kind : nullptr;
 }
 
-VImage Load(const fs::path& file, const Kind* kind, VipsAccess access, VipsFailOn failOn) {
+VImage Load(const fs::path& file, const Kind* kind, VipsAccess access, const Pages& pages, VipsFailOn failOn) {
     vips::VOption* options = VImage::option()->set("access", access)->set("fail_on", failOn);
+    // Not all readers know of pages.
+    if (pages.first > 0) options->set("page", pages.first);
+    if (pages.all) options->set("n", -1);
     VImage image;
     if (kind == nullptr) return VImage::new_from_file(file.c_str(), options);
     options->set("out", &image);
@@ -140,7 +143,7 @@ void AcceptKinds(const ReadingRules& given) {
     }
 }
 
-VImage OpenAccepted(const fs::path& file, VipsAccess access, Console* console) {
+VImage OpenAccepted(const fs::path& file, VipsAccess access, const Pages& pages, Console* console) {
     const std::string head = Head(file);
     const Kind* kind = KindOf(head);
     if (kind == nullptr && !rules.allKinds) {
@@ -148,14 +151,14 @@ VImage OpenAccepted(const fs::path& file, VipsAccess access, Console* console) {
                         " is not an image of a kind that can be read; --all-loaders tries further kinds");
     }
     if (kind != nullptr && kind->input == Input::Memory) vips_operation_block_set(kind->className, FALSE);
-    const auto open = [&](VipsFailOn failOn) { return Load(file, kind, access, failOn); };
+    const auto open = [&](VipsFailOn failOn) { return Load(file, kind, access, pages, failOn); };
     if (!rules.damaged) {
         VImage image = open(VIPS_FAIL_ON_ERROR);
         if (IsCutShort(file, image)) throw WorkError(file.string() + " is damaged or cut short: its end is missing");
         return image;
     }
     try {
-        const VImage whole = Load(file, kind, VIPS_ACCESS_SEQUENTIAL, VIPS_FAIL_ON_ERROR);
+        const VImage whole = Load(file, kind, VIPS_ACCESS_SEQUENTIAL, pages, VIPS_FAIL_ON_ERROR);
         whole.avg();
         if (!IsCutShort(file, whole)) return open(VIPS_FAIL_ON_ERROR);
         vips_error("ombrix", "%s", "its end is missing");

@@ -5,6 +5,7 @@
 #include <vips/vips8>
 
 #include "cli/console.h"
+#include "cli/images/pages.h"
 
 namespace ombrix::cli {
 
@@ -23,6 +24,6 @@ void AcceptKinds(const ReadingRules& rules);
 ///
 /// A WorkError when the file is of no accepted kind, or is known to be cut short where its reader would not notice. A
 /// vips::VError when libvips cannot open it.
-vips::VImage OpenAccepted(const std::filesystem::path& file, VipsAccess access, Console* console);
+vips::VImage OpenAccepted(const std::filesystem::path& file, VipsAccess access, const Pages& pages, Console* console);
 
 }  // namespace ombrix::cli

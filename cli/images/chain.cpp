@@ -4,6 +4,7 @@
 
 #include "cli/failure.h"
 #include "cli/images/image_writer.h"
+#include "cli/images/pages.h"
 #include "cli/images/result_file.h"
 #include "cli/outcome.h"
 #include "cli/supervisor/progress_of_work.h"
@@ -132,14 +133,35 @@ void Chain::AddWhole(const PlannedStep& step, const std::vector<StepPicture>& gi
     SetProgressHandler(session_, step.type, effect);
     session_.console.BeginStage(step.type.name);
     const Doing working(Activity::Effect, step.type.name);
-    const host::Picture result(
-        effect.CallInterface(host::kEffectInterface, "Apply", {host::Object(source)}).AsObject());
-    CheckErrorCode(session_, {step.type, effect, source, step.properties, pictures});
-    if (!result) throw WorkError(step.type.name + " gave no picture and no reason");
-    shown_.push_back(std::make_unique<Shown>(Usable(session_.host, result)));
-    const Shown& shown = *shown_.back();
-    image_.image = Viewed(shown.picture, shown.pixels, image_.image.bands() == 4 && shown.picture.Depth() == 32);
-    image_.pageHeight = image_.image.height();
+    const host::Picture::Lock pixels(source);
+    std::vector<VImage> pages;
+    for (int top = 0; top < source.Height(); top += image_.pageHeight) {
+        const host::Picture page = session_.host.WrapPixels({pixels.Base() + top * pixels.RowBytes(), pixels.RowBytes(),
+                                                             source.Width(), image_.pageHeight, source.Depth()});
+        const host::Picture result(
+            effect.CallInterface(host::kEffectInterface, "Apply", {host::Object(page)}).AsObject());
+        CheckErrorCode(session_, {step.type, effect, page, step.properties, pictures});
+        if (!result) throw WorkError(step.type.name + " gave no picture and no reason");
+        shown_.push_back(std::make_unique<Shown>(Usable(session_.host, result)));
+        const Shown& shown = *shown_.back();
+        pages.push_back(Viewed(shown.picture, shown.pixels, image_.image.bands() == 4 && shown.picture.Depth() == 32));
+    }
+    Stack(pages);
+}
+
+void Chain::Stack(const std::vector<VImage>& pages) {
+    const VImage before = image_.image;
+    image_.image = pages.front();
+    if (pages.size() == 1) {
+        image_.pageHeight = image_.image.height();
+        return;
+    }
+    for (const VImage& page : pages) {
+        if (page.width() == image_.image.width() && page.height() == image_.image.height()) continue;
+        throw WorkError("an effect gave pages of several sizes");
+    }
+    image_.pageHeight = pages.front().height();
+    image_.image = AsPagesOf(VImage::arrayjoin(pages, VImage::option()->set("across", 1)), before, image_.pageHeight);
 }
 
 }  // namespace ombrix::cli

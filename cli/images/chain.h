@@ -39,6 +39,8 @@ class Chain {
     bool AddInStrips(const PlannedStep& step, const std::vector<StepPicture>& given);
     void AddWhole(const PlannedStep& step, const std::vector<StepPicture>& given);
     host::Picture WholeSource();
+    /// The results of the last step, page by page, as the image.
+    void Stack(const std::vector<vips::VImage>& pages);
 
     /// A picture that the image is a view of.
     struct Shown {

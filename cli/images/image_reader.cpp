@@ -22,11 +22,11 @@ using vips::VImage;
 namespace {
 
 /// Reads the header. Pixels are decoded later, and errors in them come then.
-VImage Open(const fs::path& file, VipsAccess access, Console* console = nullptr) {
+VImage Open(const fs::path& file, VipsAccess access, const Pages& pages = {}, Console* console = nullptr) {
     const Doing reading(Activity::Reading, file.string());
     Work().bytes += static_cast<std::int64_t>(fs::file_size(file));
     try {
-        return OpenAccepted(file, access, console);
+        return OpenAccepted(file, access, pages, console);
     } catch (const vips::VError&) {
         throw WorkError(file.string() + " is damaged or not an image: " + TakeLibraryMessage());
     }
@@ -48,18 +48,50 @@ int NumberOr(const VImage& image, const char* field, int otherwise) {
     return image.get_typeof(field) == G_TYPE_INT ? image.get_int(field) : otherwise;
 }
 
-/// Notes what is lost on the way to pixels.
-void NoteLosses(const VImage& image, const fs::path& file, Console& console) {
-    if (const std::string depth = DepthAbove8Bits(image); !depth.empty()) {
-        console.Note(file.string() + " has " + depth + "; it is reduced to 8 bits");
+/// What of a file is taken, and what is said of the rest.
+class PageChoice {
+  public:
+    PageChoice(const fs::path& file, const VImage& first, const WantedPages& wanted)
+        : file_(file), count_(PageCount(first)), isNamed_(wanted.one.has_value()) {
+        if (wanted.one && *wanted.one > count_) {
+            throw WorkError(file.string() + " has " + (count_ == 1 ? "one page" : std::to_string(count_) + " pages") +
+                            ", so there is no page " + std::to_string(*wanted.one));
+        }
+        pages_ = {wanted.one ? *wanted.one - 1 : 0, !wanted.one && wanted.all && count_ > 1};
     }
-    // JPEG 2000 counts smaller versions of the picture as pages.
-    const bool isPyramid = image.get_typeof(VIPS_META_LOADER) != 0 &&
-                           std::string_view(image.get_string(VIPS_META_LOADER)).starts_with("jp2k");
-    if (const int pages = NumberOr(image, VIPS_META_N_PAGES, 1); pages > 1 && !isPyramid) {
-        console.Note(file.string() + " has " + std::to_string(pages) + " pages; the first is used");
+
+    bool IsFirst() const { return pages_.first == 0 && !pages_.all; }
+
+    /// Opens the pages. Where they cannot be stacked, the first alone.
+    VImage Open(VipsAccess access) {
+        if (pages_.all) {
+            try {
+                return OpenAccepted(file_, access, pages_, nullptr);
+            } catch (const vips::VError&) {
+                vips_error_clear();
+                pages_.all = false;
+                areUnlike_ = true;
+            }
+        }
+        return cli::Open(file_, access, pages_);
     }
-}
+
+    void Tell(Losses& losses) const {
+        if (count_ == 1 || pages_.all) return;
+        const std::string number = std::to_string(pages_.first + 1);
+        losses.Add(file_.string() + " has " + std::to_string(count_) + " pages" +
+                       (areUnlike_ ? " of several sizes" : "") + "; " + (isNamed_ ? "page " + number : "the first") +
+                       " is used" + (isNamed_ ? "" : ", and --page takes another"),
+                   isNamed_ ? "all pages but page " + number : "all pages but the first");
+    }
+
+  private:
+    const fs::path& file_;
+    const int count_;
+    const bool isNamed_;
+    Pages pages_;
+    bool areUnlike_ = false;
+};
 
 /// The alpha of an opaque pixel.
 double OpaqueAlpha(const VImage& image) {
@@ -140,22 +172,34 @@ void CheckWholeImage(const fs::path& file) {
     }
 }
 
-OpenedImage OpenImage(const fs::path& file, std::int64_t maxPixels, Console& console) {
+OpenedImage OpenImage(Session& session, const fs::path& file, const WantedPages& wanted, Losses& losses) {
     CheckImageFile(file);
-    VImage image = Open(file, VIPS_ACCESS_SEQUENTIAL, &console);
-    CheckSize(image, file, maxPixels);
-    NoteLosses(image, file, console);
+    VImage image = Open(file, VIPS_ACCESS_SEQUENTIAL, {}, &session.console);
+    PageChoice choice(file, image, wanted);
+    if (!choice.IsFirst()) image = choice.Open(VIPS_ACCESS_SEQUENTIAL);
+    choice.Tell(losses);
+    CheckSize(image, file, session.options.maxPixels);
+    if (const std::string depth = DepthAbove8Bits(image); !depth.empty()) {
+        losses.Add(file.string() + " has " + depth + "; it is reduced to 8 bits", "its depth of " + depth);
+    }
     try {
         // A sequential reader cannot give the rows in the order that turning needs.
-        if (NumberOr(image, VIPS_META_ORIENTATION, 1) > 1) image = Open(file, VIPS_ACCESS_RANDOM).autorot();
-        OpenedImage opened{file, image, image.height(), {}};
+        if (NumberOr(image, VIPS_META_ORIENTATION, 1) > 1) image = Upright(choice.Open(VIPS_ACCESS_RANDOM));
+        const int pageHeight = PageHeight(image);
+        if (pageHeight == image.height()) image = AsOnePage(image);
+        OpenedImage opened{file, image, pageHeight, {}};
         opened.origin.metadata = MetadataOf(image);
-        opened.image = ToSrgb(image, file, console);
+        opened.image = ToSrgb(image, file, session.console);
         opened.origin.hasAlpha = opened.image.bands() == 4;
         return opened;
     } catch (const vips::VError&) {
         throw DamagedFile(file);
     }
+}
+
+OpenedImage OpenImage(Session& session, const fs::path& file) {
+    Losses losses(session.console, false);
+    return OpenImage(session, file, {}, losses);
 }
 
 bool IsTransparent(const fs::path& file) {
@@ -179,9 +223,7 @@ ReadPicture Decoded(Session& session, const OpenedImage& image) {
     }
 }
 
-ReadPicture ReadImage(Session& session, const fs::path& file) {
-    return Decoded(session, OpenImage(file, session.options.maxPixels, session.console));
-}
+ReadPicture ReadImage(Session& session, const fs::path& file) { return Decoded(session, OpenImage(session, file)); }
 
 host::Picture PictureOf(host::Host& host, const VImage& image, Console& console) {
     host::Picture picture = host.NewPicture(image.width(), image.height());

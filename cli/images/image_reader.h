@@ -7,6 +7,8 @@
 
 #include "cli/console.h"
 #include "cli/failure.h"
+#include "cli/images/losses.h"
+#include "cli/images/pages.h"
 #include "cli/session.h"
 #include "ombrix/host.h"
 
@@ -22,7 +24,7 @@ struct ImageOrigin {
 struct OpenedImage {
     std::filesystem::path file;
     vips::VImage image;  ///< 8 bits a channel: red, green, blue and perhaps alpha
-    int pageHeight = 0;  ///< rows of one frame; frames are stacked
+    int pageHeight = 0;  ///< rows of one page or frame; they are stacked
     ImageOrigin origin;
 };
 
@@ -38,10 +40,14 @@ void CheckImageFile(const std::filesystem::path& file);
 /// Decodes all of an image for nothing but to see whether it can be. A WorkError when it cannot.
 void CheckWholeImage(const std::filesystem::path& file);
 
-/// Opens any kind of image that libvips knows: upright (the EXIF orientation is applied), in sRGB. Notes when the file
-/// has deeper channels or more pages. A WorkError when the file is missing, empty, damaged or no image, or when it has
-/// more than `maxPixels` pixels (0: than its size makes likely).
-OpenedImage OpenImage(const std::filesystem::path& file, std::int64_t maxPixels, Console& console);
+/// Opens an image of an accepted kind: upright (the EXIF orientation is applied), in sRGB. Of pages that have several
+/// sizes it opens the first, unless one is named. Tells `losses` when the file has deeper channels or more pages. A
+/// WorkError when the file is missing, empty, damaged or no image, has no such page, or has more pixels than the
+/// options or its size allow.
+OpenedImage OpenImage(Session& session, const std::filesystem::path& file, const WantedPages& wanted, Losses& losses);
+
+/// The first page of a mask, a fill and the like.
+OpenedImage OpenImage(Session& session, const std::filesystem::path& file);
 
 /// For pixels that could not be decoded. Takes the library's message.
 WorkError DamagedFile(const std::filesystem::path& file);

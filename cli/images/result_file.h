@@ -25,6 +25,8 @@ class ResultFile {
     OutputFile& File() { return file_; }
     const OutputFile& File() const { return file_; }
 
+    const OutputFormat& Format() const { return format_; }
+
     /// `check` is called when all is written and may throw. A vips::VError when pixels cannot be
     /// computed.
     void Write(Session& session, const vips::VImage& image, const ImageOrigin& origin,

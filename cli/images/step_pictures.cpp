@@ -66,8 +66,7 @@ std::vector<StepPicture> OpenStepPictures(Session& session, const host::ClassInf
     std::vector<StepPicture> pictures;
     for (const PlannedSetting& setting : properties) {
         if (!setting.File()) continue;
-        pictures.push_back(
-            {setting.name, setting, OpenImage(*setting.File(), session.options.maxPixels, session.console)});
+        pictures.push_back({setting.name, setting, OpenImage(session, *setting.File())});
     }
     // Masks that are made are put behind.
     const std::size_t given = pictures.size();

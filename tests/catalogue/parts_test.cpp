@@ -68,7 +68,7 @@ TEST_F(CatalogueTest, RolesAreFoundByTrying) {
     for (const auto& point : blend->points) {
         EXPECT_EQ(point.role, point.name == "Size" ? PointRole::Extent : PointRole::Position) << point.name;
     }
-    EXPECT_FALSE(find("WidthEffect", {}, {})) << "it looks at the width of the whole picture";
+    EXPECT_FALSE(find("SizeEffect", {}, {})) << "it looks at the size of the whole picture";
 }
 
 TEST_F(CatalogueTest, AFillIsMaskedByTheMaskThatLiesWithIt) {

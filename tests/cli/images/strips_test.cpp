@@ -77,10 +77,10 @@ TEST_F(StripsTest, FillsAndMasksComeInStripsToTheSameEffect) {
 TEST_F(StripsTest, AnEffectThatLooksBeyondItsPixelGetsTheWholePicture) {
     WriteColour("in.png", {10, 20, 30}, 300, 200);
     Expect({"--plugin", OMBRIX_BUILD_DIR "/tests/odd_effects.so", "apply", "brightness", "BrightnessValue=1", "--then",
-            "width", "--then", "invert", "in.png", "out.png"});
-    // 300 is 44 more than 256.
+            "size", "--then", "invert", "in.png", "out.png"});
+    // 300 + 200 is 244 more than 256.
     for (const auto& [x, y] : std::vector<std::pair<int, int>>{{0, 0}, {299, 199}, {150, 17}}) {
-        EXPECT_EQ(PixelOf("out.png", x, y), (Pixel{255 - 55, 255 - 65, 255 - 75, 255}));
+        EXPECT_EQ(PixelOf("out.png", x, y), (Pixel{255 - 255, 255 - 9, 255 - 19, 255}));
     }
 }
 

@@ -106,28 +106,29 @@ REALclassDefinition NeedyEffectClass = ClassRecord({.name = "NeedyEffect",
                                                     .properties = NeedyProperties,
                                                     .methods = NeedyMethods});
 
-// ---- Depends on the whole picture: adds its width to all channels ----------------------------------------------
+// ---- Depends on the whole picture: adds its width and height to all channels -----------------------------------
 
-struct WidthData {
+struct SizeData {
     std::int64_t unused;
 };
 
-extern REALclassDefinition WidthEffectClass;
+extern REALclassDefinition SizeEffectClass;
 
-REALobjectStruct* ApplyWidth(REALobjectStruct* object, REALobjectStruct* source) {
-    std::int64_t width = 0;
+REALobjectStruct* ApplySize(REALobjectStruct* object, REALobjectStruct* source) {
+    std::int64_t width = 0, height = 0;
     REALGetPropValueInteger(source, "Width", &width);
-    return Mapped(BaseDataOf(REALGetClassData(object, &WidthEffectClass)), source,
-                  [width](int value) { return value + width; });
+    REALGetPropValueInteger(source, "Height", &height);
+    return Mapped(BaseDataOf(REALGetClassData(object, &SizeEffectClass)), source,
+                  [=](int value) { return value + width + height; });
 }
 
-const REALmethodDefinition WidthMethods[] = {Method(ApplyWidth, kApply)};
+const REALmethodDefinition SizeMethods[] = {Method(ApplySize, kApply)};
 
-REALclassDefinition WidthEffectClass = ClassRecord({.name = "WidthEffect",
-                                                    .superclass = "MPImageFilter",
-                                                    .interfaces = "IGraphicsEffect",
-                                                    .dataSize = sizeof(WidthData),
-                                                    .methods = WidthMethods});
+REALclassDefinition SizeEffectClass = ClassRecord({.name = "SizeEffect",
+                                                   .superclass = "MPImageFilter",
+                                                   .interfaces = "IGraphicsEffect",
+                                                   .dataSize = sizeof(SizeData),
+                                                   .methods = SizeMethods});
 
 // ---- Always refuses -----------------------------------------------------------------------------------------
 
@@ -155,7 +156,7 @@ void REALPluginMain(REALresolver resolver) {
     gResolver = resolver;
     LoadCommonEntryPoints(REALGetRBVersion());
     for (REALclassDefinition* definition :
-         {&NarrowEffectClass, &NeedyEffectClass, &WidthEffectClass, &StubbornEffectClass}) {
+         {&NarrowEffectClass, &NeedyEffectClass, &SizeEffectClass, &StubbornEffectClass}) {
         REALRegisterClass(definition);
     }
 }
