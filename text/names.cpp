@@ -26,4 +26,15 @@ bool SameName(std::string_view a, std::string_view b) {
     return std::ranges::equal(a, b, [](char x, char y) { return LowerCase(x) == LowerCase(y); });
 }
 
+std::string CommonBeginning(const std::vector<std::string>& names) {
+    if (names.size() < 2) return "";
+    std::string_view common = names.front();
+    for (const std::string& name : names) {
+        const auto different =
+            std::ranges::mismatch(common, name, [](char a, char b) { return LowerCase(a) == LowerCase(b); });
+        common = common.substr(0, static_cast<std::size_t>(different.in1 - common.begin()));
+    }
+    return std::string(common.substr(0, common.rfind('_') + 1));
+}
+
 }  // namespace ombrix::text

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ombrix::text {
 
@@ -14,5 +15,9 @@ bool ContinuesName(char letter);
 bool SameName(std::string_view a, std::string_view b);
 char LowerCase(char letter);
 std::string LowerCase(std::string_view text);
+
+/// The words that all names begin with, in any case, such as "MODE_" of MODE_HUE and MODE_COLOR. Empty for a single
+/// name.
+std::string CommonBeginning(const std::vector<std::string>& names);
 
 }  // namespace ombrix::text

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 #include "text/names.h"
 #include "text/phrases.h"
@@ -27,17 +28,22 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
 
 }  // namespace
 
-std::string NearestName(std::string_view name, const std::vector<std::string>& names) {
-    std::string nearest;
-    std::size_t best = std::max<std::size_t>(1, name.size() / 3) + 1;
+std::vector<std::string> NearestNames(std::string_view name, const std::vector<std::string>& names, std::size_t most) {
+    const std::size_t farthest = std::max<std::size_t>(1, name.size() / 3);
+    std::vector<std::pair<std::size_t, std::string>> similar;
     for (const std::string& candidate : names) {
         const std::size_t distance = EditDistance(name, candidate);
-        if (distance < best) {
-            best = distance;
-            nearest = candidate;
-        }
+        if (distance <= farthest) similar.emplace_back(distance, candidate);
     }
+    std::ranges::stable_sort(similar, {}, &std::pair<std::size_t, std::string>::first);
+    std::vector<std::string> nearest;
+    for (std::size_t i = 0; i < similar.size() && i < most; ++i) nearest.push_back(similar[i].second);
     return nearest;
+}
+
+std::string NearestName(std::string_view name, const std::vector<std::string>& names) {
+    const std::vector<std::string> nearest = NearestNames(name, names, 1);
+    return nearest.empty() ? "" : nearest.front();
 }
 
 std::string Suggestion(std::string_view name, const std::vector<std::string>& names) {

@@ -1,11 +1,7 @@
 #include "text/utf8.h"
 
-#include <cstddef>
-
 namespace ombrix::text {
-namespace {
 
-/// Length of the first sequence of `bytes`; 0 when it is malformed. `bytes` is not empty.
 std::size_t SequenceLength(std::string_view bytes) {
     const auto at = [bytes](std::size_t i) { return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0; };
     const int first = at(0);
@@ -22,8 +18,6 @@ std::size_t SequenceLength(std::string_view bytes) {
     }
     return length;
 }
-
-}  // namespace
 
 bool IsUtf8(std::string_view bytes) {
     while (!bytes.empty()) {

@@ -5,8 +5,10 @@
 #include "text/names.h"
 #include "text/numbers.h"
 #include "text/phrases.h"
+#include "text/printable.h"
 #include "text/shell_words.h"
 #include "text/suggestions.h"
+#include "text/wrapping.h"
 
 namespace ombrix::text {
 namespace {
@@ -24,6 +26,12 @@ TEST(Text, MakesNamesListsAndSentences) {
     EXPECT_EQ(Suggestion("Reed", {"Green", "Red"}), "; did you mean \"Red\"?");
     EXPECT_EQ(Suggestion("x", {"Green", "Red"}), "; there are: Green, Red");
     EXPECT_EQ(Suggestion("x", {}), "; there are none");
+    EXPECT_EQ(NearestNames("lihgten", {"DARKEN", "LIGHT", "LIGHTEN"}, 2), std::vector<std::string>({"LIGHTEN"}));
+    EXPECT_EQ(NearestNames("lighte", {"LIGHT", "DARKEN", "LIGHTEN", "LIGHTER"}, 2),
+              std::vector<std::string>({"LIGHT", "LIGHTEN"}));
+    EXPECT_EQ(CommonBeginning({"MODE_HUE", "MODE_HARD", "mode_HUGE"}), "MODE_");
+    EXPECT_EQ(CommonBeginning({"NTSC_PAL", "ITU_R"}), "");
+    EXPECT_EQ(CommonBeginning({"CPU_ALL"}), "");
     EXPECT_EQ(Shown(0.1), "0.1");
     EXPECT_EQ(Shown(2024), "2024");
 }
@@ -58,6 +66,31 @@ TEST(Text, QuotesWordsForShells) {
     };
     for (const auto& [word, quoted] : cases) EXPECT_EQ(ShellWord(word), quoted);
     EXPECT_EQ(ShellLine({"a b", "c"}), "'a b' c");
+}
+
+TEST(Text, KeepsControlCharactersFromTerminals) {
+    EXPECT_EQ(Printable("gr\xc3\xbc\xc3\x9f \xe2\x82\xac.png"), "gr\xc3\xbc\xc3\x9f \xe2\x82\xac.png");
+    for (const auto& [text, shown] : std::vector<std::pair<std::string, std::string>>{
+             {"\x1b[31m", "\\x1b[31m"},
+             {"a\rb\nc", "a\\x0db\\x0ac"},
+             {"\x7f", "\\x7f"},
+             {"\xc2\x9b", "\\xc2\\x9b"},           // a control sequence in one character
+             {"\xe2\x80\xae", "\\xe2\\x80\\xae"},  // from right to left
+             {"\xe2\x81\xa6", "\\xe2\\x81\\xa6"},
+             {"\x9b", "\\x9b"},  // not UTF-8
+         }) {
+        EXPECT_EQ(Printable(text), shown);
+    }
+    EXPECT_EQ(Printable(std::string(1, '\0')), "\\x00");
+}
+
+TEST(Text, WrapsAtWords) {
+    EXPECT_EQ(Wrapped("one two three", 7), "one two\nthree");
+    EXPECT_EQ(Wrapped("  one  two three", 10, 4), "  one  two\n    three");
+    EXPECT_EQ(Wrapped("\xc3\xbc\xc3\xbc\xc3\xbc \xc3\xbc\xc3\xbc", 6), "\xc3\xbc\xc3\xbc\xc3\xbc \xc3\xbc\xc3\xbc");
+    EXPECT_EQ(Wrapped("a unbreakable b", 5), "a\nunbreakable\nb");
+    EXPECT_EQ(WrappedParagraphs("one\ntwo three\n\n  ombrix apply a b\n  x y", 14),
+              "one two three\n\n  ombrix \\\n    apply a b\n  x y");
 }
 
 }  // namespace
