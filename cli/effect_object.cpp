@@ -1,5 +1,6 @@
 #include "cli/effect_object.h"
 
+#include "catalogue/constants.h"
 #include "cli/failure.h"
 #include "cli/reflection.h"
 #include "text/phrases.h"
@@ -20,7 +21,8 @@ PlannedSetting PlanProperty(Session& session, const host::ClassInfo& type, const
     const std::string name = type.name + "." + property->name;
     if (property->readOnly) throw UsageError(name + " can be read only, not set");
     return {setting, property->name,
-            ParseValue(session.host, setting, property->type, ConstantsOf(session.host, type), name)};
+            ParseValue(session.host, setting, property->type, catalogue::ConstantsFor(session.host, type, *property),
+                       name)};
 }
 
 }  // namespace

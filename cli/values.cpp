@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "catalogue/constants.h"
 #include "cli/failure.h"
 #include "text/names.h"
 #include "text/numbers.h"
@@ -16,9 +17,7 @@ namespace ombrix::cli {
 namespace {
 
 std::optional<std::int64_t> ParseInteger(std::string_view text, const std::vector<host::ConstantInfo>& constants) {
-    for (const host::ConstantInfo& constant : constants) {
-        if (text::SameName(constant.name, text)) return constant.value;
-    }
+    if (const host::ConstantInfo* constant = catalogue::FindConstant(constants, text)) return constant->value;
     return text::ParseNumber<std::int64_t>(text);
 }
 
@@ -41,15 +40,32 @@ std::optional<std::pair<std::int64_t, std::int64_t>> ParsePoint(std::string_view
     return std::pair{*x, *y};
 }
 
+constexpr std::size_t kMostOffered = 3;
+
+std::vector<std::string> FullNames(const std::vector<host::ConstantInfo>& constants) {
+    std::vector<std::string> names;
+    for (const host::ConstantInfo& constant : constants) names.push_back(constant.name);
+    return names;
+}
+
 /// What would have been an Integer.
 std::string IntegerForms(const std::string& text, const std::vector<host::ConstantInfo>& constants) {
     if (text.find_first_not_of("+-0123456789") == std::string::npos && !text.empty()) {
         return "a whole number that 64 bits can hold";
     }
-    std::vector<std::string> names;
-    for (const host::ConstantInfo& constant : constants) names.push_back(constant.name);
-    const std::string nearest = text::NearestName(text, names);
-    return nearest.empty() ? "a whole number" : "a whole number or the name of a constant such as " + nearest;
+    if (constants.empty()) return "a whole number";
+    const std::vector<std::string> names = catalogue::ShortNames(constants);
+    std::vector<std::string> offered = text::NearestNames(text, names, kMostOffered);
+    if (offered.empty()) offered = text::NearestNames(text, FullNames(constants), kMostOffered);
+    if (offered.empty()) return "a whole number or one of " + text::Join(names);
+    return "a whole number or the name of a constant such as " + text::Join(offered);
+}
+
+/// With a percent sign, hundredths.
+std::optional<double> ParseDouble(std::string_view text) {
+    if (!text.ends_with('%')) return text::ParseNumber<double>(text);
+    const auto percent = text::ParseNumber<double>(text.substr(0, text.size() - 1));
+    return percent ? std::optional(*percent / 100) : std::nullopt;
 }
 
 }  // namespace
@@ -74,8 +90,8 @@ TypedValue ParseValue(host::Host& host, const Setting& setting, std::string_view
         throw refuse("true or false");
     }
     if (text::SameName(type, "Double")) {
-        if (const auto number = text::ParseNumber<double>(text)) return host::Value(*number);
-        throw refuse("a number such as 0.5");
+        if (const auto number = ParseDouble(text)) return host::Value(*number);
+        throw refuse("a number such as 0.5 or 50%");
     }
     if (text.empty()) return host::Value(nullptr);
     if (text::SameName(type, "Point")) {

@@ -22,8 +22,9 @@ using TypedValue = std::variant<host::Value, ImageFile>;
 /// Whether a command line can give a value of this type.
 bool CanBeTyped(std::string_view type);
 
-/// The typed value: an Integer in digits or as the name of a constant, a Boolean, a Double, a Point as x,y, a Picture
-/// as a file name. An empty text is a nil object. A UsageError says what `receiver` takes.
+/// The typed value: an Integer in digits or as the name of a constant, in any case and with or without what all of
+/// them begin with; a Boolean, a Double (50% is 0.5), a Point as x,y, a Picture as a file name. An empty text is a nil
+/// object. A UsageError says what `receiver` takes.
 TypedValue ParseValue(host::Host& host, const Setting& setting, std::string_view type,
                       const std::vector<host::ConstantInfo>& constants, const std::string& receiver);
 

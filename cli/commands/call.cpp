@@ -5,6 +5,8 @@
 #include <optional>
 #include <set>
 
+#include "catalogue/arguments.h"
+#include "catalogue/constants.h"
 #include "cli/commands/command.h"
 #include "cli/effect_object.h"
 #include "cli/failure.h"
@@ -145,6 +147,14 @@ struct PlannedCall {
     }
 };
 
+/// Those of the property that the argument stands for, or else all of its owner.
+std::vector<host::ConstantInfo> ConstantsForArgument(host::Host& host, const Owner& owner, const MethodInfo& method,
+                                                     const ParameterInfo& parameter) {
+    if (!owner.type) return owner.module->constants;
+    const host::PropertyInfo* property = catalogue::PropertyOf(host, *owner.type, method, parameter);
+    return property ? catalogue::ConstantsFor(host, *owner.type, *property) : ConstantsOf(host, *owner.type);
+}
+
 PlannedCall Plan(Session& session, const GivenCall& given) {
     PlannedCall call{FindOwner(session.host, given.owner), {}, {}, {}, {}, {}};
     const host::ClassInfo* type = call.owner.type;
@@ -157,11 +167,11 @@ PlannedCall Plan(Session& session, const GivenCall& given) {
     Divide(given.settings, call.owner, session.host, overloads, arguments, properties);
     call.method = Choose(session.host, arguments, overloads, call.owner, call.callee);
     if (type) call.properties = PlanProperties(session, *type, properties);
-    const auto constants = type ? ConstantsOf(session.host, *type) : call.owner.module->constants;
     for (const Setting& argument : arguments) {
         const ParameterInfo& parameter = *FindParameter(call.method, argument.name);
         call.arguments.push_back({argument, parameter.name,
-                                  ParseValue(session.host, argument, parameter.type, constants,
+                                  ParseValue(session.host, argument, parameter.type,
+                                             ConstantsForArgument(session.host, call.owner, call.method, parameter),
                                              call.callee + "'s argument " + parameter.name)});
     }
     call.outcome = OutcomeOf(call.method, call.arguments, given.output.has_value(), call.callee);

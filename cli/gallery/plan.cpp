@@ -7,6 +7,7 @@
 #include <set>
 
 #include "catalogue/accepted_range.h"
+#include "catalogue/constants.h"
 #include "cli/reflection.h"
 #include "cli/values.h"
 #include "text/names.h"
@@ -166,35 +167,10 @@ class Planner {
         const host::Picture dot = Host().NewPicture(1, 1);
         Values values;
         values.range = RangeOf(property, base_, {dot, dot, dot});
-        for (const ClassInfo* ancestor : Host().Ancestry(type_.name)) {
-            const PropertyInfo* owner = OwnerOfConstants(*ancestor);
-            if (owner && text::SameName(owner->name, property.name)) values.constants = ancestor->constants;
-        }
+        values.constants = catalogue::ConstantsFor(Host(), type_, property, [&](const host::Object& object) {
+            SetIn({dot, dot, dot}, Host(), base_, object);
+        });
         return values;
-    }
-
-    /// The property that a class's constants are for; records do not tell. The only Integer of the class, or the one
-    /// whose range fits the constants closest.
-    const PropertyInfo* OwnerOfConstants(const ClassInfo& declaring) const {
-        if (declaring.constants.empty()) return nullptr;
-        std::vector<const PropertyInfo*> integers;
-        for (const PropertyInfo& property : declaring.properties) {
-            if (text::SameName(property.type, "Integer") && !property.readOnly) integers.push_back(&property);
-        }
-        if (integers.size() == 1) return integers.front();
-        const host::Picture dot = Host().NewPicture(1, 1);
-        const PropertyInfo* closest = nullptr;
-        std::int64_t closestSpan = 2 * kFarthest;  // one without ends fits none
-        for (const PropertyInfo* property : integers) {
-            const auto range = RangeOf(*property, base_, {dot, dot, dot});
-            const bool holdsAll =
-                range && std::all_of(declaring.constants.begin(), declaring.constants.end(),
-                                     [&range](const ConstantInfo& constant) { return range->Holds(constant.value); });
-            if (!holdsAll || range->high - range->low >= closestSpan) continue;
-            closest = property;
-            closestSpan = range->high - range->low;
-        }
-        return closest;
     }
 
     std::vector<Trial> TrialsOf(const PropertyInfo& property, const Values& values) const {

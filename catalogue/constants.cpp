@@ -1,0 +1,107 @@
+#include "catalogue/constants.h"
+
+#include <algorithm>
+
+#include "text/names.h"
+
+namespace ombrix::catalogue {
+
+namespace {
+
+using host::ConstantInfo;
+using host::PropertyInfo;
+
+bool IsSettableInteger(const PropertyInfo& property) {
+    return text::SameName(property.type, "Integer") && !property.readOnly;
+}
+
+/// As "MODE" of MODE_HUE and the end of "BlendMode".
+bool IsForByName(const ConstantInfo& constant, const PropertyInfo& property) {
+    if (!IsSettableInteger(property)) return false;
+    const std::size_t end = constant.name.find('_');
+    if (end == std::string::npos || end == 0) return false;
+    return text::LowerCase(property.name).ends_with(text::LowerCase(constant.name.substr(0, end)));
+}
+
+std::vector<std::string> NamesOf(const std::vector<ConstantInfo>& constants) {
+    std::vector<std::string> names;
+    for (const ConstantInfo& constant : constants) names.push_back(constant.name);
+    return names;
+}
+
+/// The Integer whose range holds all constants and little else; null when none does.
+const PropertyInfo* Closest(host::Host& host, const host::ClassInfo& type,
+                            const std::vector<const PropertyInfo*>& integers,
+                            const std::vector<ConstantInfo>& constants, const Prepare& prepare) {
+    const PropertyInfo* closest = nullptr;
+    std::int64_t closestSpan = 2 * kFarthest;  // one without ends fits none
+    for (const PropertyInfo* property : integers) {
+        const auto range = TriedRange(host, type, *property, prepare);
+        const bool holdsAll =
+            range && std::ranges::all_of(constants, [&range](const auto& each) { return range->Holds(each.value); });
+        if (!holdsAll || range->high - range->low >= closestSpan) continue;
+        closest = property;
+        closestSpan = range->high - range->low;
+    }
+    return closest;
+}
+
+const host::ClassInfo* DeclaringClass(const host::Host& host, const host::ClassInfo& type,
+                                      const PropertyInfo& property) {
+    for (const host::ClassInfo* ancestor : host.Ancestry(type.name)) {
+        for (const PropertyInfo& declared : ancestor->properties) {
+            if (text::SameName(declared.name, property.name)) return ancestor;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+std::vector<ConstantInfo> ConstantsFor(host::Host& host, const host::ClassInfo& type, const PropertyInfo& property,
+                                       const Prepare& prepare) {
+    if (!IsSettableInteger(property)) return {};
+    const host::ClassInfo* declaring = DeclaringClass(host, type, property);
+    if (!declaring || declaring->constants.empty()) return {};
+
+    std::vector<const PropertyInfo*> others;  // that no constant names
+    for (const PropertyInfo& each : declaring->properties) {
+        const auto names = [&each](const ConstantInfo& constant) { return IsForByName(constant, each); };
+        if (IsSettableInteger(each) && std::ranges::none_of(declaring->constants, names)) others.push_back(&each);
+    }
+    std::vector<ConstantInfo> named, rest;
+    for (const ConstantInfo& constant : declaring->constants) {
+        const auto isNamed = [&constant](const PropertyInfo& each) { return IsForByName(constant, each); };
+        if (IsForByName(constant, property)) {
+            named.push_back(constant);
+        } else if (std::ranges::none_of(declaring->properties, isNamed)) {
+            rest.push_back(constant);
+        }
+    }
+    if (!named.empty() || rest.empty()) return named;
+    const PropertyInfo* owner = others.size() == 1 ? others.front() : Closest(host, type, others, rest, prepare);
+    return owner && text::SameName(owner->name, property.name) ? rest : std::vector<ConstantInfo>{};
+}
+
+std::vector<std::string> ShortNames(const std::vector<ConstantInfo>& constants) {
+    std::vector<std::string> names = NamesOf(constants);
+    const std::size_t common = text::CommonBeginning(names).size();
+    for (std::string& name : names) name = text::LowerCase(name.substr(common));
+    return names;
+}
+
+const ConstantInfo* FindConstant(const std::vector<ConstantInfo>& constants, std::string_view given) {
+    std::string name(given);
+    std::ranges::replace_if(
+        name, [](char letter) { return letter == '-' || letter == ' '; }, '_');
+    const std::vector<std::string> shortNames = ShortNames(constants);
+    for (const ConstantInfo& constant : constants) {
+        if (text::SameName(constant.name, name)) return &constant;
+    }
+    for (std::size_t i = 0; i < constants.size(); ++i) {
+        if (text::SameName(shortNames[i], name)) return &constants[i];
+    }
+    return nullptr;
+}
+
+}  // namespace ombrix::catalogue
