@@ -10,17 +10,18 @@
 namespace ombrix::text {
 namespace {
 
-/// Insertions, removals and replacements that turn one name into the other.
+/// Insertions, removals, replacements and swaps of neighbours that turn one name into the other.
 std::size_t EditDistance(std::string_view a, std::string_view b) {
-    std::vector<std::size_t> row(b.size() + 1);
+    std::vector<std::size_t> beforeLast, last, row(b.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
+    const auto isSame = [&](std::size_t i, std::size_t j) { return LowerCase(a[i]) == LowerCase(b[j]); };
     for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = row[0];
+        beforeLast = std::exchange(last, row);
         row[0] = i + 1;
         for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t replaced = diagonal + (LowerCase(a[i]) == LowerCase(b[j]) ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+            row[j + 1] = std::min({last[j] + (isSame(i, j) ? 0 : 1), row[j] + 1, last[j + 1] + 1});
+            const bool isSwap = i > 0 && j > 0 && isSame(i - 1, j) && isSame(i, j - 1);
+            if (isSwap) row[j + 1] = std::min(row[j + 1], beforeLast[j - 1] + 1);
         }
     }
     return row[b.size()];

@@ -15,6 +15,17 @@ std::size_t Width(std::string_view text) {
         std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
 }
 
+/// Placeholders in brackets are one word.
+std::size_t EndOfWord(std::string_view text, std::size_t begin) {
+    int depth = 0;
+    for (std::size_t at = begin; at < text.size(); ++at) {
+        if (text[at] == '[') ++depth;
+        if (text[at] == ']') --depth;
+        if (text[at] == ' ' && depth <= 0) return at;
+    }
+    return text.size();
+}
+
 /// Puts `ending` before each line break that it makes.
 std::string Broken(std::string_view text, std::size_t width, std::size_t indent, std::string_view ending) {
     std::string wrapped;
@@ -22,7 +33,7 @@ std::string Broken(std::string_view text, std::size_t width, std::size_t indent,
     while (!text.empty()) {
         // The blanks before a word belong to it, so that those that line columns up stay.
         const std::size_t begin = std::min(text.find_first_not_of(' '), text.size());
-        const std::size_t end = std::min(text.find(' ', begin), text.size());
+        const std::size_t end = EndOfWord(text, begin);
         const std::string_view word = text.substr(begin, end - begin);
         const bool isLast = end == text.size();
         if (column > indent && column + begin + Width(word) + (isLast ? 0 : ending.size()) > width) {
@@ -61,7 +72,8 @@ std::string WrappedParagraphs(std::string_view text, std::size_t width) {
             continue;
         }
         finish();
-        wrapped += Broken(line, width, kIndent, line.starts_with(kCommandLine) ? " \\" : "") + '\n';
+        const bool isToCopy = line.starts_with(kCommandLine) && line.find('[') == std::string_view::npos;
+        wrapped += Broken(line, width, kIndent, isToCopy ? " \\" : "") + '\n';
     }
     finish();
     if (!wrapped.empty()) wrapped.pop_back();

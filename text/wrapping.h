@@ -12,7 +12,8 @@ namespace ombrix::text {
 std::string Wrapped(std::string_view text, std::size_t width, std::size_t indent = 0);
 
 /// Wraps a text of paragraphs. Lines that begin with a blank stay lines of their own, and are broken only where they
-/// are too long; those that begin with "  ombrix " as command lines, to be copied.
+/// are too long; command lines, which begin with "  ombrix ", so that they can be copied unless they have
+/// [placeholders].
 std::string WrappedParagraphs(std::string_view text, std::size_t width);
 
 }  // namespace ombrix::text

@@ -29,6 +29,7 @@ TEST(Text, MakesNamesListsAndSentences) {
     EXPECT_EQ(NearestNames("lihgten", {"DARKEN", "LIGHT", "LIGHTEN"}, 2), std::vector<std::string>({"LIGHTEN"}));
     EXPECT_EQ(NearestNames("lighte", {"LIGHT", "DARKEN", "LIGHTEN", "LIGHTER"}, 2),
               std::vector<std::string>({"LIGHT", "LIGHTEN"}));
+    EXPECT_EQ(NearestName("sepai", {"blend", "sepia"}), "sepia");
     EXPECT_EQ(CommonBeginning({"MODE_HUE", "MODE_HARD", "mode_HUGE"}), "MODE_");
     EXPECT_EQ(CommonBeginning({"NTSC_PAL", "ITU_R"}), "");
     EXPECT_EQ(CommonBeginning({"CPU_ALL"}), "");
@@ -91,6 +92,9 @@ TEST(Text, WrapsAtWords) {
     EXPECT_EQ(Wrapped("a unbreakable b", 5), "a\nunbreakable\nb");
     EXPECT_EQ(WrappedParagraphs("one\ntwo three\n\n  ombrix apply a b\n  x y", 14),
               "one two three\n\n  ombrix \\\n    apply a b\n  x y");
+    // Placeholders stay whole, and are not to be copied.
+    EXPECT_EQ(WrappedParagraphs("  ombrix a [b c] [d]", 16), "  ombrix a [b c]\n    [d]");
+    EXPECT_EQ(WrappedParagraphs("  ombrix a [b c] [d]", 15), "  ombrix a\n    [b c] [d]");
 }
 
 }  // namespace
