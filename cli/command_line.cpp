@@ -1,10 +1,12 @@
 #include "cli/command_line.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "cli/failure.h"
 #include "cli/help.h"
+#include "cli/plugins.h"
 #include "text/names.h"
 #include "text/phrases.h"
 #include "text/suggestions.h"
@@ -13,18 +15,21 @@ namespace ombrix::cli {
 
 namespace {
 
-constexpr const char* kHelp = R"(ombrix applies image effects to image files.
+const char* const kHelp = R"(ombrix applies image effects to image files.
 
 Examples:
-  ombrix apply sepia SepiaValue=30 photo.jpg old.jpg
-  ombrix apply ColorFilterEffect Red=40 --mask vignette.png photo.jpg warm.png
-  ombrix apply contrast ContrastValue=25 --then brightness BrightnessValue=-10 photo.jpg look.jpg
+  ombrix sepia 30 photo.jpg old.jpg
+  ombrix blend overlay texture.jpg photo.jpg out.jpg
+  ombrix colorfilter Red=40 Blue=-20 --mask vignette.png photo.jpg warm.png
+  ombrix contrast 25 --then brightness -10 photo.jpg look.jpg
   ombrix call ColorFilterEffect.Apply source=photo.jpg red=40 green=0 blue=-30 warm.png
   ombrix list
   ombrix list ColorFilterEffect
   ombrix gallery photo.jpg --fill texture.jpg -o gallery.html)";
 
-constexpr HelpText kProgramHelp = {kHelp, "  ombrix COMMAND ... [OPTIONS]"};
+HelpText ProgramHelp() {
+    return {kHelp, "  ombrix EFFECT [VALUE ...] [NAME=VALUE ...] INPUT OUTPUT\n  ombrix COMMAND ... [OPTIONS]"};
+}
 
 std::int64_t ParseCores(const std::string& word) {
     if (text::SameName(word, "auto")) return 0;
@@ -38,8 +43,8 @@ std::int64_t ParseCores(const std::string& word) {
 
 class Parser {
   public:
-    explicit Parser(Options& options) : program_("", "ombrix") {
-        program_.formatter(HelpLayout(kProgramHelp));
+    Parser(Options& options, host::Host& host) : program_("", "ombrix") {
+        program_.formatter(HelpLayout(ProgramHelp));
         program_.set_version_flag("--version", "ombrix " OMBRIX_VERSION, "Show the version");
         program_.set_help_flag("-h,--help", "Show this help");
         program_.require_subcommand(0, 1);
@@ -48,10 +53,13 @@ class Parser {
         AddOptions(options);
         for (std::unique_ptr<Command>& command : MakeCommands()) {
             const Command::About& about = command->Describe();
-            CLI::App* app = program_.add_subcommand(about.name, about.summary);
-            app->formatter(HelpLayout(about.help));
+            CLI::App* app = program_.add_subcommand(about.name, about.summary)->group("Commands");
             command->AddOptions(*app);
-            commands_.push_back({std::move(command), app});
+            AddForm({app, [&about] { return about.help; }}, *command);
+            commands_.push_back(std::move(command));
+        }
+        for (const std::unique_ptr<Command>& command : commands_) {
+            for (const Command::Form& form : command->AddForms(program_, host)) AddForm(form, *command);
         }
     }
 
@@ -60,24 +68,30 @@ class Parser {
         try {
             std::reverse(words.begin(), words.end());  // the order that CLI11 wants
             program_.parse(std::move(words));
+            if (!first_) first_ = GivenForm();
         } catch (const CLI::Success& asked) {
             program_.exit(asked);
             return false;
-        } catch (const CLI::ArgumentMismatch& missing) {
-            throw UsageError(text::OnOneLine(missing.what()) + "; --help shows how it is used");
         } catch (const CLI::ParseError& wrong) {
-            throw UsageError(text::OnOneLine(wrong.what()));
+            throw UsageError(text::OnOneLine(wrong.what()), Usage());
         }
         for (const std::string& extra : program_.remaining(true)) RefuseExtra(extra);
         return true;
     }
 
-    /// A UsageError when no command was given.
-    std::unique_ptr<Command>& Given() {
-        for (auto& [command, app] : commands_) {
-            if (app->parsed()) return command;
+    /// Calls a function of the command that was given, and adds its usage to a UsageError.
+    void Ask(void (Command::*function)()) {
+        try {
+            (Given().*function)();
+        } catch (const UsageError& wrong) {
+            throw UsageError(wrong.what(), Usage());
         }
-        throw UsageError("there is no command; give apply, call, list or gallery (ombrix --help shows examples)");
+    }
+
+    /// The command that was given. A UsageError when there is none.
+    std::unique_ptr<Command> Take() {
+        const Command* given = &Given();
+        return std::move(*std::ranges::find_if(commands_, [given](const auto& each) { return each.get() == given; }));
     }
 
   private:
@@ -117,25 +131,85 @@ class Parser {
         program_.add_flag("--quiet", options.quiet, "No notes and no progress line on standard error");
     }
 
+    struct CommandForm {
+        Command::Form form;
+        Command& command;
+    };
+
+    void AddForm(const Command::Form& form, Command& command) {
+        form.app->formatter(HelpLayout(form.help));
+        forms_.push_back({form, command});
+    }
+
+    /// Null when no command was given.
+    const CommandForm* GivenForm() const {
+        const auto given =
+            std::ranges::find_if(forms_, [](const CommandForm& each) { return each.form.app->parsed(); });
+        return given == forms_.end() ? nullptr : &*given;
+    }
+
+    Command& Given() const {
+        if (const CommandForm* given = GivenForm()) return given->command;
+        throw UsageError("there is no command; give an effect, as in: ombrix sepia 30 photo.jpg old.jpg, one of " +
+                             text::Listed(CommandNames()),
+                         Usage());
+    }
+
+    std::string Usage() const {
+        const CommandForm* given = first_ ? first_ : GivenForm();
+        return ShownUsage(given ? given->form.help() : ProgramHelp());
+    }
+
+    std::vector<std::string> CommandNames() const {
+        std::vector<std::string> names;
+        for (const auto& command : commands_) names.push_back(command->Describe().name);
+        return names;
+    }
+
     void RefuseExtra(const std::string& extra) const {
-        std::vector<std::string> names, options;
-        const auto add = [&options](const CLI::App& app) {
-            for (const CLI::Option* option : app.get_options()) {
-                for (const std::string& name : option->get_lnames()) options.push_back("--" + name);
+        const CommandForm* given = GivenForm();
+        if (extra.starts_with("-")) {
+            std::vector<std::string> options;
+            for (const CLI::App* app : {&program_, given ? static_cast<const CLI::App*>(given->form.app) : &program_}) {
+                for (const CLI::Option* option : app->get_options()) {
+                    for (const std::string& name : option->get_lnames()) options.push_back("--" + name);
+                }
             }
-        };
-        add(program_);
-        for (const auto& [command, app] : commands_) {
-            names.push_back(app->get_name());
-            add(*app);
+            const std::string nearest = text::NearestName(extra, options);
+            throw UsageError("there is no option " + extra +
+                                 (nearest.empty() ? "" : "; did you mean " + text::Quoted(nearest) + "?"),
+                             Usage());
         }
-        if (extra.starts_with("-")) throw UsageError("there is no option " + extra + text::Suggestion(extra, options));
-        throw UsageError("there is no command " + text::Quoted(extra) + "; there are " + text::Listed(names));
+        std::vector<std::string> names;
+        for (const CommandForm& form : forms_) names.push_back(form.form.app->get_name());
+        const std::string nearest = text::NearestName(extra, names);
+        throw UsageError("there is no command or effect " + text::Quoted(extra) +
+                             (nearest.empty() ? "; there are " + text::Listed(names)
+                                              : "; did you mean " + text::Quoted(nearest) + "?"),
+                         ShownUsage(ProgramHelp()));
     }
 
     CLI::App program_;
-    std::vector<std::pair<std::unique_ptr<Command>, CLI::App*>> commands_;
+    std::vector<std::unique_ptr<Command>> commands_;
+    std::vector<CommandForm> forms_;
+    const CommandForm* first_ = nullptr;  ///< given before any --then
 };
+
+/// The plug-ins that the command line names. They have to be loaded before it can be read as a whole.
+std::vector<std::filesystem::path> PluginsNamed(std::vector<std::string> words) {
+    CLI::App reader;
+    reader.set_help_flag();
+    reader.allow_extras();
+    std::vector<std::filesystem::path> plugins;
+    reader.add_option("--plugin", plugins)->take_all()->allow_extra_args(false);
+    try {
+        std::reverse(words.begin(), words.end());
+        reader.parse(std::move(words));
+    } catch (const CLI::ParseError&) {
+        plugins.clear();  // which the full reading tells
+    }
+    return plugins;
+}
 
 /// Divides the command line at each --then. Later pieces are read as an "apply" of their own, which keeps an effect's
 /// properties and mask together.
@@ -159,17 +233,29 @@ std::vector<std::vector<std::string>> SplitAtThen(int count, const char* const* 
 
 }  // namespace
 
-std::optional<CommandLine> ReadCommandLine(int count, const char* const* words) {
+std::optional<CommandLine> ReadCommandLine(int count, const char* const* words, host::Host& host) {
+    std::exception_ptr missing;
+    try {
+        LoadPlugins(host, PluginsNamed({words + std::min(count, 1), words + count}));
+    } catch (...) {
+        missing = std::current_exception();  // help is for those, too, who look for what is wrong
+    }
     CommandLine line;
     if (count > 0) line.options.program = words[0];
-    Parser parser(line.options);
-    const auto pieces = SplitAtThen(count, words);
-    for (std::size_t i = 0; i < pieces.size(); ++i) {
-        if (!parser.Read(pieces[i])) return std::nullopt;
-        if (i + 1 < pieces.size()) parser.Given()->Then();
+    Parser parser(line.options, host);
+    try {
+        const auto pieces = SplitAtThen(count, words);
+        for (std::size_t i = 0; i < pieces.size(); ++i) {
+            if (!parser.Read(pieces[i])) return std::nullopt;
+            if (i + 1 < pieces.size()) parser.Ask(&Command::Then);
+        }
+        parser.Ask(&Command::Check);
+    } catch (const UsageError&) {
+        if (!missing) throw;
     }
-    line.command = std::move(parser.Given());
-    line.command->Check();
+    // Without a plug-in its effects are unknown commands, which is not the user's mistake.
+    if (missing) std::rethrow_exception(missing);
+    line.command = parser.Take();
     return line;
 }
 

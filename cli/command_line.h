@@ -16,7 +16,9 @@ struct CommandLine {
     std::unique_ptr<Command> command;
 };
 
-/// A UsageError when the command line is wrong. Nothing when it asked for help or the version, which are then printed.
-std::optional<CommandLine> ReadCommandLine(int count, const char* const* words);
+/// Loads the plug-ins, whose effects are subcommands, and reads the command line. A UsageError when it is wrong, a
+/// WorkError or a host::Error when a plug-in cannot be loaded. Nothing when it asked for help or the version, which are
+/// then printed, with what could be loaded.
+std::optional<CommandLine> ReadCommandLine(int count, const char* const* words, host::Host& host);
 
 }  // namespace ombrix::cli

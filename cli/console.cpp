@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "cli/supervisor/progress_of_work.h"
+#include "text/printable.h"
 
 namespace ombrix::cli {
 
@@ -28,7 +29,7 @@ void Console::Note(const std::string& sentence) {
     if (quiet_) return;
     if (sink_.note) return sink_.note(sentence);
     Wipe();
-    std::fprintf(stderr, "ombrix: note: %s\n", sentence.c_str());
+    std::fprintf(stderr, "ombrix: note: %s\n", text::Printable(sentence).c_str());
 }
 
 void Console::BeginStage(const std::string& label) {
@@ -46,7 +47,7 @@ void Console::Draw() {
     const auto now = std::chrono::steady_clock::now();
     if (!showsProgress_ || label_.empty() || now < start_ + kNoticeable || now < drawnAt_ + kRedraw) return;
     drawnAt_ = now;
-    std::string line = label_;
+    std::string line = text::Printable(label_);
     if (const std::int64_t total = Work().total; total > 0) {
         const double share = std::clamp(static_cast<double>(Work().done) / static_cast<double>(total), 0.0, 1.0);
         const auto filled = static_cast<std::size_t>(share * kBarWidth);

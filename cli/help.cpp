@@ -1,16 +1,51 @@
 #include "cli/help.h"
 
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "cli/terminal.h"
+#include "text/printable.h"
+#include "text/wrapping.h"
+
 namespace ombrix::cli {
 
 namespace {
 
+constexpr std::size_t kColumn = 24;  ///< where descriptions begin
+
+std::string Usage(const std::string& lines, std::size_t width) {
+    return "Usage:\n" + text::WrappedParagraphs(lines, width) + "\n";
+}
+
+std::string Row(const std::string& name, const std::string& description) {
+    std::string row = "  " + name;
+    if (description.empty()) return row + '\n';
+    // A long name stands on a line of its own.
+    row += row.size() + 2 > kColumn ? "\n" + std::string(kColumn, ' ') : std::string(kColumn - row.size(), ' ');
+    const std::size_t start = row.rfind('\n') + 1;
+    return row.substr(0, start) +
+           text::Wrapped(row.substr(start) + text::Printable(description), LineWidth(STDOUT_FILENO), kColumn) + '\n';
+}
+
 class Layout : public CLI::Formatter {
   public:
-    explicit Layout(const HelpText& text) : text_(text) { column_width(24); }
+    explicit Layout(MakeHelp help) : help_(std::move(help)) {}
 
-    std::string make_description(const CLI::App*) const override { return std::string(text_.about) + "\n"; }
+    std::string make_description(const CLI::App*) const override {
+        return text::WrappedParagraphs(help_().about, LineWidth(STDOUT_FILENO)) + "\n";
+    }
     std::string make_usage(const CLI::App*, std::string) const override {
-        return "\nUsage:\n" + std::string(text_.usage) + "\n";
+        return "\n" + Usage(help_().usage, LineWidth(STDOUT_FILENO));
+    }
+    std::string make_option(const CLI::Option* option, bool isPositional) const override {
+        return Row(make_option_name(option, isPositional) + make_option_opts(option), make_option_desc(option));
+    }
+    std::string make_option_opts(const CLI::Option* option) const override {
+        return option->get_type_size() == 0 ? "" : " " + option->get_type_name();
+    }
+    std::string make_subcommand(const CLI::App* command) const override {
+        return Row(command->get_name(), command->get_description());
     }
     std::string make_footer(const CLI::App* app) const override {
         const CLI::App* parent = app->get_parent();
@@ -25,11 +60,13 @@ class Layout : public CLI::Formatter {
     }
 
   private:
-    const HelpText& text_;
+    const MakeHelp help_;
 };
 
 }  // namespace
 
-std::shared_ptr<CLI::Formatter> HelpLayout(const HelpText& text) { return std::make_shared<Layout>(text); }
+std::shared_ptr<CLI::Formatter> HelpLayout(MakeHelp help) { return std::make_shared<Layout>(std::move(help)); }
+
+std::string ShownUsage(const HelpText& help) { return Usage(help.usage, LineWidth(STDERR_FILENO)); }
 
 }  // namespace ombrix::cli

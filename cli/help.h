@@ -2,6 +2,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -9,11 +10,17 @@ namespace ombrix::cli {
 
 /// Of a command, or of the program.
 struct HelpText {
-    const char* about;  ///< purpose and examples
-    const char* usage;
+    std::string about;  ///< purpose and examples
+    std::string usage;  ///< lines that begin with two blanks
 };
 
-/// Lays out the help. A command's shows the program's options too.
-std::shared_ptr<CLI::Formatter> HelpLayout(const HelpText& text);
+/// Made when it is shown.
+using MakeHelp = std::function<HelpText()>;
+
+/// Lays out the help for standard output. A command's shows the program's options too.
+std::shared_ptr<CLI::Formatter> HelpLayout(MakeHelp help);
+
+/// "Usage:" and the lines, for standard error.
+std::string ShownUsage(const HelpText& help);
 
 }  // namespace ombrix::cli

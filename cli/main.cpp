@@ -7,10 +7,10 @@
 
 #include "cli/command_line.h"
 #include "cli/failure.h"
-#include "cli/plugins.h"
 #include "cli/session.h"
 #include "cli/supervisor/cleanup.h"
 #include "text/phrases.h"
+#include "text/printable.h"
 
 namespace ombrix::cli {
 
@@ -20,9 +20,7 @@ constexpr int kDone = 0;
 constexpr int kWorkFailed = 1;
 constexpr int kWrongCommandLine = 2;
 
-void Run(const CommandLine& line) {
-    host::Host host;
-    LoadPlugins(host, line.options);
+void Run(const CommandLine& line, host::Host& host) {
     Console console(line.options.quiet);
     Session session{host, line.options, console};
     line.command->Run(session);
@@ -30,17 +28,20 @@ void Run(const CommandLine& line) {
 }
 
 int Report(const std::string& sentence, int status) {
-    std::fprintf(stderr, "ombrix: %s\n", text::OnOneLine(sentence).c_str());
+    std::fprintf(stderr, "ombrix: %s\n", text::Printable(text::OnOneLine(sentence)).c_str());
     return status;
 }
 
 int Main(int count, const char* const* words) {
     try {
         CleanUpOnSignals();
-        if (const auto line = ReadCommandLine(count, words)) Run(*line);
+        host::Host host;
+        if (const auto line = ReadCommandLine(count, words, host)) Run(*line, host);
         return kDone;
     } catch (const UsageError& wrong) {
-        return Report(wrong.what(), kWrongCommandLine);
+        Report(wrong.what(), kWrongCommandLine);
+        std::fputs(wrong.Usage().c_str(), stderr);
+        return kWrongCommandLine;
     } catch (const std::bad_alloc&) {
         return Report("there is not enough memory for this", kWorkFailed);
     } catch (const std::exception& failure) {

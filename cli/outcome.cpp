@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "catalogue/accepted_range.h"
+#include "catalogue/arguments.h"
 #include "catalogue/error_code.h"
 #include "cli/failure.h"
 #include "cli/reflection.h"
@@ -16,7 +17,6 @@ namespace {
 
 constexpr std::string_view kErrorModule = "OmbrixError";
 constexpr std::string_view kInvalidMask = "INVALID_MASK";
-constexpr std::string_view kMaskProperty = "Mask";
 
 std::string ErrorName(const host::Host& host, std::int64_t code) {
     if (const host::ModuleInfo* module = host.FindModule(kErrorModule)) {
@@ -99,7 +99,7 @@ void CheckErrorCode(Session& session, const CallRecord& call) {
     const std::string name = ErrorName(session.host, code);
 
     for (const auto& [setting, read] : call.pictures) {
-        if (name != kInvalidMask || !text::SameName(setting.name, kMaskProperty) || !call.source) continue;
+        if (name != kInvalidMask || !text::SameName(setting.name, catalogue::kMaskProperty) || !call.source) continue;
         std::string objection = ObjectionToMask(setting.given.text, read.picture, call.source);
         if (!objection.empty()) throw WorkError(objection.append(" (" + name + ")"));
     }

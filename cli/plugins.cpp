@@ -26,9 +26,9 @@ fs::path StandardPlugin() {
 
 }  // namespace
 
-void LoadPlugins(host::Host& host, const Options& options) {
+void LoadPlugins(host::Host& host, const std::vector<fs::path>& plugins) {
     host.Load(StandardPlugin());
-    for (const fs::path& plugin : options.plugins) {
+    for (const fs::path& plugin : plugins) {
         if (!fs::exists(plugin)) throw WorkError("there is no plug-in file " + plugin.string());
         // A bare name would be looked up among the system's libraries.
         host.Load(fs::absolute(plugin));

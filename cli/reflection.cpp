@@ -20,6 +20,13 @@ const host::ClassInfo* FindClass(const host::Host& host, std::string_view name) 
     return host.FindClass(std::string(name).append(kEnding));
 }
 
+std::string ShortName(const host::Host& host, const host::ClassInfo& type) {
+    const std::string whole = text::LowerCase(type.name), ending = text::LowerCase(kEnding);
+    if (!whole.ends_with(ending) || whole == ending) return whole;
+    std::string shortName = whole.substr(0, whole.size() - ending.size());
+    return host.FindClass(shortName) ? whole : shortName;
+}
+
 const host::ClassInfo& FindEffect(const host::Host& host, std::string_view name) {
     const host::ClassInfo* type = FindClass(host, name);
     if (type && host.IsA(type->name, host::kEffectInterface)) return *type;

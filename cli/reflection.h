@@ -11,6 +11,8 @@ namespace ombrix::cli {
 
 /// With or without the ending "Effect". Null when there is none.
 const host::ClassInfo* FindClass(const host::Host& host, std::string_view name);
+/// What a user types for the class: its name in small letters without the ending, where that finds no other class.
+std::string ShortName(const host::Host& host, const host::ClassInfo& type);
 /// A class that can be applied to a picture. A UsageError suggests a name when there is none.
 const host::ClassInfo& FindEffect(const host::Host& host, std::string_view name);
 

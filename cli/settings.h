@@ -13,11 +13,14 @@ struct Setting {
     std::string AsGiven() const { return name + "=" + text; }
 };
 
-/// Whether a name stands before the "=". All other words are files.
+/// Whether a name stands before the "=".
 bool LooksLikeSetting(const std::string& word);
 
-/// Sorts the words into settings and files.
-void SortWords(const std::vector<std::string>& words, std::vector<Setting>& settings, std::vector<std::string>& files);
+/// Sorts the words into settings and others: files, and values without a name.
+void SortWords(const std::vector<std::string>& words, std::vector<Setting>& settings, std::vector<std::string>& others);
+
+/// A UsageError when the name of a file is empty. `what` is "INPUT", for example.
+void RefuseEmpty(const std::string& file, const std::string& what);
 
 void RefuseTwice(const std::vector<Setting>& settings);
 

@@ -1,8 +1,12 @@
 // ombrix apply: a chain of effects from one image file to another.
 
+#include <algorithm>
 #include <climits>
 #include <optional>
 
+#include "catalogue/arguments.h"
+#include "catalogue/constants.h"
+#include "catalogue/descriptions.h"
 #include "cli/commands/command.h"
 #include "cli/failure.h"
 #include "cli/images/chain.h"
@@ -10,6 +14,7 @@
 #include "cli/images/result_file.h"
 #include "cli/reflection.h"
 #include "cli/settings.h"
+#include "text/names.h"
 #include "text/phrases.h"
 
 namespace ombrix::cli {
@@ -19,38 +24,105 @@ namespace {
 constexpr const char* kHelp = R"(Applies one effect, or a chain of effects, to a picture.
 
 Examples:
-  ombrix apply sepia SepiaValue=30 photo.jpg old.jpg
-  ombrix apply blend FillPicture=logo.png BlendMode=MODE_OVERLAY Location=-20,40 photo.jpg out.png
-  ombrix apply invert --mask spot.png --then sepia SepiaValue=20 photo.png out.webp --quality 80
+  ombrix apply sepia 30 photo.jpg old.jpg
+  ombrix apply blend overlay logo.png Location=-20,40 photo.jpg out.png
+  ombrix apply invert --mask spot.png --then sepia 20 photo.png out.webp --quality 80
   ombrix apply sepia SepiaValue=30 --in-place photo.jpg
 
-EFFECT is a class in any case, with or without its ending "Effect". NAME=VALUE sets one of its properties, which
-"ombrix list EFFECT" shows. A value is a number, the name of a constant, true or false, x,y for a point, or an image
-file; an empty value removes an object. Write ./a=b.png for a file whose name looks like NAME=VALUE.)";
+EFFECT is a class in any case, with or without its ending "Effect"; "apply" itself may be left out. NAME=VALUE sets one
+of its properties, which "ombrix list EFFECT" shows, and a VALUE alone the next of those that "ombrix EFFECT --help"
+shows in its usage. A value is a number, 60%, the name of a constant, true or false, x,y for a point, or an image file;
+NAME= removes an object. The last two words are INPUT and OUTPUT. Write ./a=b.png for a file whose name looks like
+NAME=VALUE.)";
 
-constexpr const char* kUsage = R"(  ombrix apply EFFECT [NAME=VALUE ...] [--mask FILE] [--then EFFECT ...] INPUT OUTPUT
-  ombrix apply EFFECT [NAME=VALUE ...] [--mask FILE] [--then EFFECT ...] --in-place FILE)";
+constexpr const char* kUsage =
+    R"(  ombrix apply EFFECT [VALUE ...] [NAME=VALUE ...] [--mask FILE] [--then EFFECT ...] INPUT OUTPUT
+  ombrix apply EFFECT [VALUE ...] [NAME=VALUE ...] [--mask FILE] [--then EFFECT ...] --in-place FILE)";
 
 const Command::About kAbout = {"apply", "Apply one effect, or a chain of effects, to a picture", {kHelp, kUsage}};
 
 /// An effect of the chain, as typed.
 struct Step {
     std::string effect;
+    std::vector<std::string> values;  ///< without names
     std::vector<Setting> settings;
     std::string mask;  ///< image file; empty for none
 };
 
-/// --mask sets a property like any other.
-std::vector<Setting> AllSettings(const host::Host& host, const host::ClassInfo& type, const Step& step) {
-    constexpr const char* kMask = "Mask";
-    std::vector<Setting> settings = step.settings;
+std::vector<std::string> NamesOf(const std::vector<const host::PropertyInfo*>& properties) {
+    std::vector<std::string> names;
+    for (const host::PropertyInfo* property : properties) names.push_back(property->name);
+    return names;
+}
+
+/// Names the values: each is for the next property that was not given by name.
+std::vector<Setting> NamedValues(host::Host& host, const host::ClassInfo& type, const Step& step) {
+    std::vector<Setting> named;
+    const std::vector<const host::PropertyInfo*> positions = catalogue::PropertiesByPosition(host, type);
+    for (const host::PropertyInfo* property : positions) {
+        if (named.size() == step.values.size()) break;
+        const auto isThis = [property](const Setting& each) { return text::SameName(each.name, property->name); };
+        if (std::ranges::none_of(step.settings, isThis)) named.push_back({property->name, step.values[named.size()]});
+    }
+    if (named.size() == step.values.size()) return named;
+    const std::vector<std::string> extra(step.values.begin() + static_cast<std::ptrdiff_t>(named.size()),
+                                         step.values.end());
+    throw UsageError(type.name + " takes " +
+                     (positions.empty() ? "no values" : "the values " + text::Listed(NamesOf(positions))) +
+                     ", and was given " + text::Listed(extra) + (named.empty() ? "" : " beyond them") +
+                     "; the files go at the end of the line: INPUT and OUTPUT, or one with --in-place");
+}
+
+/// Values without names, then those with names. --mask sets a property like any other.
+std::vector<Setting> AllSettings(host::Host& host, const host::ClassInfo& type, const Step& step) {
+    std::vector<Setting> settings = NamedValues(host, type, step);
+    settings.insert(settings.end(), step.settings.begin(), step.settings.end());
     if (step.mask.empty()) return settings;
-    if (!host.FindProperty(type.name, kMask)) {
+    if (!host.FindProperty(type.name, catalogue::kMaskProperty)) {
         throw UsageError(type.name + " has no mask, so --mask means nothing for it; it has " +
                          text::Listed(SettableProperties(host, type)));
     }
-    settings.push_back({kMask, step.mask});
+    settings.push_back({std::string(catalogue::kMaskProperty), step.mask});
     return settings;
+}
+
+/// "ombrix sepia --help"
+HelpText HelpOf(host::Host& host, const host::ClassInfo& type, const std::string& description) {
+    const std::string name = ShortName(host, type);
+    const bool hasMask = host.FindProperty(type.name, catalogue::kMaskProperty);
+    std::string usage = "  ombrix " + name;
+    std::string values;
+    for (const host::PropertyInfo* property : catalogue::PropertiesByPosition(host, type)) {
+        usage += " [" + property->name + "]";
+        const auto constants = catalogue::ConstantsFor(host, type, *property);
+        if (!constants.empty()) {
+            values += "\n\n" + property->name + " is " + text::Join(catalogue::ShortNames(constants)) + ".";
+        }
+    }
+    usage += std::string(" [NAME=VALUE ...]") + (hasMask ? " [--mask FILE]" : "") + " [--then EFFECT ...]";
+    const std::string chain = usage;
+    usage += " INPUT OUTPUT";
+    if (host.IsA(type.name, host::kInPlaceInterface)) usage += "\n" + chain + " --in-place FILE";
+    return {(description.empty() ? "Applies " + type.name + " to a picture." : description) + values +
+                "\n\n\"ombrix list " + name + "\" shows all properties and what they take.",
+            usage};
+}
+
+/// "sepia 30 photo.jpg" lacks OUTPUT, although it has two words at the end. `step`: the last, whose words they are.
+void RefuseValueAsInput(host::Host& host, const Step& step, const std::vector<std::string>& files) {
+    const host::ClassInfo& type = FindEffect(host, step.effect);
+    const auto positions = catalogue::PropertiesByPosition(host, type);
+    if (!step.values.empty() || positions.empty() || std::filesystem::exists(files.front())) return;
+    const host::PropertyInfo& first = *positions.front();
+    try {
+        const TypedValue value = ParseValue(host, {first.name, files.front()}, first.type,
+                                            catalogue::ConstantsFor(host, type, first), first.name);
+        if (!std::holds_alternative<host::Value>(value)) return;
+    } catch (const UsageError&) {
+        return;
+    }
+    throw UsageError("after its values " + type.name + " takes INPUT and OUTPUT, and was given " + files.back() +
+                     "; there is no file " + files.front() + ", which would be a " + first.name);
 }
 
 PlannedStep Plan(Session& session, const Step& step, bool inPlace) {
@@ -82,7 +154,13 @@ class Apply : public Command {
 
     void AddOptions(CLI::App& app) override {
         app.add_option("words", words_)->group("");
-        app.add_option("--mask", mask_, "Mask image: the whole effect where it is black, none where it is white")
+        app.add_option_function<std::string>(
+               "--mask",
+               [this](const std::string& file) {
+                   RefuseEmpty(file, "the mask");
+                   mask_ = file;
+               },
+               "Mask image: the whole effect where it is black, none where it is white")
             ->type_name("FILE");
         app.add_flag("--then")->description("Ends one effect and begins the next of a chain");
         app.add_flag("--in-place", inPlace_, "Change the file INPUT itself");
@@ -94,18 +172,52 @@ class Apply : public Command {
             ->take_last();
     }
 
+    std::vector<Form> AddForms(CLI::App& program, host::Host& host) override {
+        std::vector<Form> forms;
+        const catalogue::Descriptions descriptions(host);
+        for (const host::ClassInfo& type : host.Classes()) {
+            if (!host.IsA(type.name, host::kEffectInterface)) continue;
+            const std::string name = ShortName(host, type);
+            // A command's own name stays its own; such an effect is for "apply".
+            if (!program.get_subcommands([&name](const CLI::App* app) { return app->check_name(name); }).empty())
+                continue;
+            const std::string description = descriptions.OfClass(type);
+            CLI::App* app = program.add_subcommand(name, description.empty() ? "Apply " + type.name : description);
+            app->ignore_case()->group("Effects");
+            if (const std::string whole = text::LowerCase(type.name); whole != name) app->alias(whole);
+            AddOptions(*app);
+            // Not shown where they mean nothing, which a sentence tells whoever gives them.
+            if (!host.FindProperty(type.name, catalogue::kMaskProperty)) app->get_option("--mask")->group("");
+            if (!host.IsA(type.name, host::kInPlaceInterface)) app->get_option("--in-place")->group("");
+            app->callback([this, name] {
+                words_.insert(words_.begin(), name);
+                called_ = name;
+            });
+            forms.push_back({app, [&host, &type = *host.FindClass(type.name), description] {
+                                 return HelpOf(host, type, description);
+                             }});
+        }
+        return forms;
+    }
+
     void Then() override {
         AddStep();
-        if (files_.empty()) return;
-        throw UsageError("the files " + text::Listed(files_) + " stand before --then; they go at the end");
+        steps_.back().values = std::exchange(others_, {});
     }
 
     void Check() override {
         AddStep();
-        if (files_.size() == (inPlace_ ? 1 : 2)) return;
-        throw UsageError(
-            std::string(inPlace_ ? "--in-place takes one file, which is changed" : "apply takes INPUT and OUTPUT") +
-            ", and was given " + (files_.empty() ? "no file" : text::Listed(files_) + " after the effect's name"));
+        const std::size_t count = inPlace_ ? 1 : 2;
+        if (others_.size() < count) {
+            throw UsageError(std::string(inPlace_ ? "--in-place takes one file, which is changed"
+                                                  : called_ + " takes INPUT and OUTPUT") +
+                             ", and was given " + (others_.empty() ? "no file" : text::Listed(others_)) + BeforeThen());
+        }
+        const auto firstFile = others_.end() - static_cast<std::ptrdiff_t>(count);
+        steps_.back().values.assign(others_.begin(), firstFile);
+        files_.assign(firstFile, others_.end());
+        RefuseEmpty(files_.front(), "INPUT");
+        RefuseEmpty(files_.back(), "OUTPUT");
     }
 
     void Run(Session& session) override {
@@ -113,6 +225,7 @@ class Apply : public Command {
         // Finds every mistake in the command line and the files before any work is done.
         std::vector<PlannedStep> steps;
         for (const Step& step : steps_) steps.push_back(Plan(session, step, inPlace_));
+        if (!inPlace_) RefuseValueAsInput(session.host, steps_.back(), files_);
         CheckFiles(input, inPlace_ ? nullptr : &output, steps);
         ResultFile result(output, MayReplace(session.options), session.options.quality);
         WorkOnPictures(session, {&result.File()}, [&](Session& worker) { Work(worker, steps, result); });
@@ -142,23 +255,33 @@ class Apply : public Command {
         }
     }
 
+    /// Where the missing files may be.
+    std::string BeforeThen() const {
+        std::vector<std::string> values;
+        for (const Step& step : steps_) values.insert(values.end(), step.values.begin(), step.values.end());
+        return values.empty() ? ""
+                              : "; " + text::Listed(values) + " before --then counts as an effect's, not as a file";
+    }
+
     void AddStep() {
         if (words_.empty() || LooksLikeSetting(words_.front())) {
             throw UsageError(
                 "apply begins with the name of an effect, as in: ombrix apply invert photo.jpg negative.jpg");
         }
-        Step step{words_.front(), {}, std::exchange(mask_, {})};
-        SortWords({words_.begin() + 1, words_.end()}, step.settings, files_);
+        Step step{words_.front(), {}, {}, std::exchange(mask_, {})};
+        SortWords({words_.begin() + 1, words_.end()}, step.settings, others_);
         steps_.push_back(std::move(step));
         words_.clear();
     }
 
     // Since the last --then.
     std::vector<std::string> words_;
+    std::vector<std::string> others_;  ///< that set nothing by name
     std::string mask_;
 
     bool inPlace_ = false;
     std::optional<int> page_;  ///< from 1
+    std::string called_ = "apply";  ///< the subcommand, as it may be typed
     std::vector<Step> steps_;
     std::vector<std::string> files_;  ///< input and output; one when in place
 };

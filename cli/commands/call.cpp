@@ -226,7 +226,9 @@ class Call : public Command {
             throw UsageError("call takes one OUTPUT, and was given " + text::Listed(files) +
                              "; arguments are given by name, as in source=" + files.front());
         }
-        if (!files.empty()) given_.output = files.front();
+        if (files.empty()) return;
+        RefuseEmpty(files.front(), "OUTPUT");
+        given_.output = files.front();
     }
 
     void Run(Session& session) override {

@@ -4,6 +4,8 @@
 
 namespace ombrix::cli {
 
+std::vector<Command::Form> Command::AddForms(CLI::App&, host::Host&) { return {}; }
+
 void Command::Then() { throw UsageError("--then goes between the effects of apply"); }
 
 std::vector<std::unique_ptr<Command>> MakeCommands() {

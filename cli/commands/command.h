@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "cli/help.h"
@@ -16,14 +17,23 @@ class Command {
     virtual ~Command() = default;
 
     struct About {
-        const char* name;
-        const char* summary;  ///< a line in the list of commands
+        std::string name;
+        std::string summary;  ///< a line in the list of commands
         HelpText help;
     };
     virtual const About& Describe() const = 0;
 
     /// Adds words and options, which are read into this object.
     virtual void AddOptions(CLI::App& app) = 0;
+
+    /// A subcommand that is read into this object too.
+    struct Form {
+        CLI::App* app;
+        MakeHelp help;
+    };
+    /// Adds subcommands made from what the plug-ins register.
+    virtual std::vector<Form> AddForms(CLI::App& program, host::Host& host);
+
     /// Called at a --then. A UsageError unless the command makes chains.
     virtual void Then();
     /// Called when all is read. A UsageError when it is wrong, as far as that shows without the plug-ins.

@@ -14,6 +14,7 @@
 #include "cli/images/output_file.h"
 #include "cli/images/picture_work.h"
 #include "cli/images/result_file.h"
+#include "cli/settings.h"
 #include "text/names.h"
 #include "text/phrases.h"
 
@@ -64,6 +65,7 @@ class Gallery : public Command {
             throw UsageError("gallery shows one picture, and was given " +
                              (words_.empty() ? "none" : text::Listed(words_)));
         }
+        RefuseEmpty(words_.front(), "PICTURE");
         request_.picture = words_.front();
         if (!fill_.empty()) request_.fill = fill_;
         if (!mask_.empty()) request_.mask = mask_;

@@ -86,6 +86,12 @@ void CommandTest::Expect(const std::vector<std::string>& words) const {
     EXPECT_EQ(run.err, "") << testing::PrintToString(words);
 }
 
+void CommandTest::ExpectSentence(const Outcome& run) {
+    EXPECT_THAT(run.err, testing::StartsWith("ombrix: "));
+    const std::string rest = run.err.substr(std::min(run.err.find('\n') + 1, run.err.size()));
+    EXPECT_TRUE(rest.empty() || (run.status == 2 && rest.starts_with("Usage:\n  ombrix "))) << run.err;
+}
+
 VImage CommandTest::Plain(const std::vector<double>& levels, int width, int height) {
     const auto bands = static_cast<int>(levels.size());
     return (VImage::black(width, height, VImage::option()->set("bands", bands)) + levels)

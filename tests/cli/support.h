@@ -48,6 +48,9 @@ class CommandTest : public testing::Test {
     /// Expects success and nothing on standard error.
     void Expect(const std::vector<std::string>& words) const;
 
+    /// Expects one sentence on standard error. A wrong command line may show the usage of its subcommand as well.
+    static void ExpectSentence(const Outcome& run);
+
     /// One colour, with 8 bits a channel and a channel for each level.
     static vips::VImage Plain(const std::vector<double>& levels, int width = 20, int height = 20);
     /// The suffix decides the kind of file.

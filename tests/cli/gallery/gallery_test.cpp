@@ -208,7 +208,7 @@ TEST_F(GalleryTest, MistakesGetASentenceAndLeaveEverythingAsItWas) {
         const Outcome run = Ombrix(all);
         EXPECT_THAT(run.err, HasSubstr(message));
         EXPECT_EQ(run.status, status);
-        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+        ExpectSentence(run);
         EXPECT_TRUE(Contents() == before);
     }
 }

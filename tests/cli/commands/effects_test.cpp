@@ -1,0 +1,102 @@
+// Effects as subcommands, and values without names.
+
+#include <algorithm>
+#include <cstdlib>
+#include <sstream>
+
+#include "tests/cli/support.h"
+
+namespace ombrix::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+class EffectsTest : public CommandTest {
+  protected:
+    EffectsTest() {
+        WriteColour("in.png", {100, 150, 200}, 40, 30);
+        WriteColour("fill.png", {10, 240, 30}, 50, 40);
+    }
+
+    /// Both command lines, which lack the output, make the same file.
+    void ExpectSame(std::vector<std::string> spoken, std::vector<std::string> spelled) const {
+        SCOPED_TRACE(testing::PrintToString(spoken));
+        spoken.insert(spoken.end(), {"in.png", "spoken.png", "--force"});
+        spelled.insert(spelled.end(), {"in.png", "spelled.png", "--force"});
+        Expect(spoken);
+        Expect(spelled);
+        EXPECT_EQ(BytesOf(Path("spoken.png")), BytesOf(Path("spelled.png")));
+        EXPECT_NE(PixelOf("spoken.png", 9, 9), PixelOf("in.png", 9, 9));
+    }
+};
+
+TEST_F(EffectsTest, AreSubcommandsThatTakeValuesInOrder) {
+    ExpectSame({"sepia", "30"}, {"apply", "sepia", "SepiaValue=30"});
+    ExpectSame({"SepiaEffect", "30"}, {"apply", "sepia", "SepiaValue=30"});
+    ExpectSame({"apply", "SEPIA", "30"}, {"apply", "sepia", "SepiaValue=30"});
+    ExpectSame({"brightness", "-10"}, {"apply", "brightness", "BrightnessValue=-10"});
+    ExpectSame({"invert"}, {"apply", "invert"});
+    ExpectSame({"grayscale", "ntsc_pal"}, {"apply", "grayscale", "GrayscaleType=0"});
+    ExpectSame({"colorfilter", "1", "-2", "3"}, {"apply", "colorfilter", "Red=1", "Green=-2", "Blue=3"});
+    // What has a name already is skipped.
+    ExpectSame({"colorfilter", "Green=-2", "1", "3"}, {"apply", "colorfilter", "Red=1", "Green=-2", "Blue=3"});
+    ExpectSame({"blend", "overlay", "fill.png", "60%", "FillMask=", "Location=-20,3"},
+               {"apply", "blend", "BlendMode=MODE_OVERLAY", "FillPicture=fill.png", "Opacity=0.6", "Location=-20,3"});
+    ExpectSame({"blend", "color-dodge", "fill.png"}, {"apply", "blend", "BlendMode=6", "FillPicture=fill.png"});
+    ExpectSame({"invert", "--mask", "fill.png", "--then", "sepia", "20"},
+               {"apply", "invert", "--mask", "fill.png", "--then", "sepia", "SepiaValue=20"});
+
+    Expect({"colorfilter", "5", "--in-place", "in.png"});
+    EXPECT_EQ(PixelOf("in.png"), (Pixel{105, 150, 200, 255}));
+}
+
+TEST_F(EffectsTest, OfOtherPluginsAreSubcommandsToo) {
+    const std::string plugin = OMBRIX_BUILD_DIR "/libposterize.so", odd = OMBRIX_BUILD_DIR "/tests/odd_effects.so";
+    ExpectSame({"posterize", "2", "--plugin", plugin}, {"--plugin=" + plugin, "apply", "posterize", "Levels=2"});
+    // The only Apply of this one takes nothing but the source.
+    ExpectSame({"--plugin", odd, "narrow", "40", "reversed", "yes"},
+               {"--plugin", odd, "apply", "narrow", "Strength=40", "Kind=3", "Coarse=true"});
+    EXPECT_THAT(Ombrix({"--plugin", odd, "--help"}).out, HasSubstr("\n  needy "));
+    EXPECT_EQ(Ombrix({"posterize", "2", "in.png", "out.png"}).status, 2);
+}
+
+TEST_F(EffectsTest, HelpIsOfTheSubcommandAndFitsTheTerminal) {
+    const std::string blend = Ombrix({"blend", "--help"}).out;
+    EXPECT_THAT(blend, HasSubstr("ombrix blend [BlendMode] [FillPicture] [Opacity] [FillMask] [Location] [Size]"));
+    EXPECT_THAT(blend, HasSubstr("overlay"));
+    EXPECT_THAT(blend, Not(HasSubstr("--in-place")));
+    EXPECT_THAT(Ombrix({"sepia", "--help"}).out, HasSubstr("--in-place"));
+    // With the plug-in missing, help is still there.
+    EXPECT_THAT(Ombrix({"--plugin", "none.so", "--help"}).out, HasSubstr("Usage:"));
+
+    for (const std::size_t columns : {20, 60, 90, 120, 300}) {
+        for (const char* command : {"apply", "call", "list", "gallery", "blend"}) {
+            const std::string help =
+                Ombrix({command, "--help"}, [columns] { setenv("COLUMNS", std::to_string(columns).c_str(), 1); }).out;
+            std::size_t widest = 0;
+            std::istringstream lines(help);
+            for (std::string line; std::getline(lines, line);) widest = std::max(widest, line.size());
+            EXPECT_LE(widest, std::clamp<std::size_t>(columns, 60, 120)) << help;
+            EXPECT_GT(widest, std::clamp<std::size_t>(columns, 60, 120) / 2) << help;
+        }
+    }
+}
+
+TEST_F(EffectsTest, FileNamesCannotCommandTerminals) {
+    const std::string name = "a\x1b[31m\x9b.png";
+    for (const std::vector<std::string>& words :
+         std::vector<std::vector<std::string>>{{"invert", name, "out.png"},
+                                               {"invert", "in.png", name + "/out.png"},
+                                               {name, "in.png", "out.png"},
+                                               {"sepia", name, "in.png", "out.png"},
+                                               {"invert", "in.png", "out.png", "--" + name}}) {
+        const Outcome run = Ombrix(words);
+        EXPECT_NE(run.status, 0);
+        EXPECT_THAT(run.err, HasSubstr("\\x1b[31m\\x9b"));
+        EXPECT_THAT(run.err, Not(HasSubstr("\x1b")));
+    }
+}
+
+}  // namespace
+}  // namespace ombrix::test
