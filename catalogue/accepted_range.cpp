@@ -1,8 +1,5 @@
 #include "catalogue/accepted_range.h"
 
-#include "catalogue/error_code.h"
-#include "text/names.h"
-
 namespace ombrix::catalogue {
 
 namespace {
@@ -17,11 +14,10 @@ class Trial {
         : host_(host), type_(type), property_(std::move(property)), prepare_(prepare) {}
 
     bool Accepts(std::int64_t value) const {
-        const host::Object object = host_.New(type_.name);
-        prepare_(object);
-        object.Set(property_, value);
-        const host::Value result = object.CallInterface(host::kEffectInterface, "Apply", {host_.NewPicture(1, 1)});
-        return !result.IsNil() && !ReportsError(host_, object);
+        return static_cast<bool>(Tried(host_, type_, host_.NewPicture(1, 1), [&](const host::Object& object) {
+            prepare_(object);
+            object.Set(property_, value);
+        }));
     }
 
     /// The value of a new object, or else one near 0.
@@ -56,21 +52,19 @@ class Trial {
 
 }  // namespace
 
-std::optional<Range> AcceptedRange(host::Host& host, const host::ClassInfo& type, const host::PropertyInfo& property) {
-    if (!text::SameName(property.type, "Integer") || property.readOnly) return std::nullopt;
-    if (!host.IsA(type.name, host::kEffectInterface) || !host.FindProperty(type.name, kErrorCodeProperty))
-        return std::nullopt;
-    const auto range = TriedRange(host, type, property, [](const host::Object&) {});
-    if (!range || range->low == -kFarthest || range->high == kFarthest) return std::nullopt;
-    return range;
-}
-
-std::optional<Range> TriedRange(host::Host& host, const host::ClassInfo& type, const host::PropertyInfo& property,
-                                const Prepare& prepare) {
+std::optional<Range> AcceptedRange(host::Host& host, const host::ClassInfo& type, const host::PropertyInfo& property,
+                                   const Prepare& prepare) {
     const Trial trial(host, type, property.name, prepare);
     const std::optional<std::int64_t> inside = trial.FirstAccepted();
     if (!inside) return std::nullopt;
     return Range{trial.LastAccepted(*inside, -kFarthest), trial.LastAccepted(*inside, kFarthest)};
+}
+
+std::string Described(const Range& range) {
+    if (range.low == -kFarthest && range.high == kFarthest) return "any number";
+    if (range.low == -kFarthest) return "up to " + std::to_string(range.high);
+    if (range.high == kFarthest) return std::to_string(range.low) + " or more";
+    return std::to_string(range.low) + " to " + std::to_string(range.high);
 }
 
 }  // namespace ombrix::catalogue

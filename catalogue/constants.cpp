@@ -36,7 +36,7 @@ const PropertyInfo* Closest(host::Host& host, const host::ClassInfo& type,
     const PropertyInfo* closest = nullptr;
     std::int64_t closestSpan = 2 * kFarthest;  // one without ends fits none
     for (const PropertyInfo* property : integers) {
-        const auto range = TriedRange(host, type, *property, prepare);
+        const auto range = AcceptedRange(host, type, *property, prepare);
         const bool holdsAll =
             range && std::ranges::all_of(constants, [&range](const auto& each) { return range->Holds(each.value); });
         if (!holdsAll || range->high - range->low >= closestSpan) continue;

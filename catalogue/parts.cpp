@@ -4,8 +4,7 @@
 #include <array>
 #include <cstring>
 
-#include "catalogue/error_code.h"
-#include "catalogue/trial_picture.h"
+#include "catalogue/trial.h"
 #include "text/names.h"
 
 namespace ombrix::catalogue {
@@ -104,19 +103,17 @@ class Trial {
     /// Nil when the effect fails.
     host::Picture Result(const host::Picture& source, const std::vector<host::Picture>& pictures, Coordinates fixed,
                          Coordinates position, Coordinates extent, const PartRoles& roles) const {
-        const host::Object object = host_.New(type_.name);
-        prepare_(object);
-        for (std::size_t i = 0; i < pictures.size(); ++i) object.Set(roles.pictures[i].name, pictures[i]);
-        for (const PartRoles::PointProperty& point : roles.points) {
-            if (point.role == PointRole::Fixed && IsGiven(point.name)) {
-                object.Set(point.name, host_.NewPoint(fixed.x, fixed.y));
+        return Tried(host_, type_, source, [&](const host::Object& object) {
+            prepare_(object);
+            for (std::size_t i = 0; i < pictures.size(); ++i) object.Set(roles.pictures[i].name, pictures[i]);
+            for (const PartRoles::PointProperty& point : roles.points) {
+                if (point.role == PointRole::Fixed && IsGiven(point.name)) {
+                    object.Set(point.name, host_.NewPoint(fixed.x, fixed.y));
+                }
+                if (point.role == PointRole::Position) object.Set(point.name, host_.NewPoint(position.x, position.y));
+                if (point.role == PointRole::Extent) object.Set(point.name, host_.NewPoint(extent.x, extent.y));
             }
-            if (point.role == PointRole::Position) object.Set(point.name, host_.NewPoint(position.x, position.y));
-            if (point.role == PointRole::Extent) object.Set(point.name, host_.NewPoint(extent.x, extent.y));
-        }
-        const host::Value result = object.CallInterface(host::kEffectInterface, "Apply", {host::Object(source)});
-        if (result.IsNil() || ReportsError(host_, object)) return {};
-        return host::Picture(result.AsObject());
+        });
     }
 
     host::Host& host_;

@@ -2,9 +2,8 @@
 
 #include <cstdlib>
 
-#include "catalogue/error_code.h"
 #include "catalogue/parts.h"
-#include "catalogue/trial_picture.h"
+#include "catalogue/trial.h"
 #include "text/names.h"
 
 namespace ombrix::catalogue {
@@ -36,15 +35,6 @@ host::Picture Halves(host::Host& host) {
     return picture;
 }
 
-/// Nil when the effect fails or gives another size or depth.
-host::Picture Applied(host::Host& host, const host::Object& effect, const host::Picture& source) {
-    const host::Value result = effect.CallInterface(host::kEffectInterface, "Apply", {host::Object(source)});
-    if (result.IsNil() || ReportsError(host, effect)) return {};
-    const host::Picture picture(result.AsObject());
-    return picture.Width() == kWidth && picture.Height() == kHeight && picture.Depth() == kDepth ? picture
-                                                                                                 : host::Picture();
-}
-
 /// Whether pictures of both properties move together.
 bool GoTogether(host::Host& host, const host::ClassInfo& type, const std::string& one, const std::string& other) {
     for (const bool coverSource : {false, true}) {
@@ -62,10 +52,12 @@ std::optional<ShapeMask> FindShapeMask(host::Host& host, const host::ClassInfo& 
     const host::Picture source = TrialPicture(host, kWidth, kHeight, kDepth, 1);
     const host::Picture shown = TrialPicture(host, kWidth, kHeight, kDepth, 2);
     const auto resultWith = [&](const std::string& mask) {
-        const host::Object effect = host.New(type.name);
-        effect.Set(property, shown);
-        if (!mask.empty()) effect.Set(mask, Halves(host));
-        return Applied(host, effect, source);
+        const host::Picture result = Tried(host, type, source, [&](const host::Object& effect) {
+            effect.Set(property, shown);
+            if (!mask.empty()) effect.Set(mask, Halves(host));
+        });
+        const bool isAlike = result && result.Width() == kWidth && result.Height() == kHeight;
+        return isAlike && result.Depth() == kDepth ? result : host::Picture();
     };
     const host::Picture unmasked = resultWith("");
     // A half that does not change would look masked.

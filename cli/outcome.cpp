@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "catalogue/accepted_range.h"
 #include "catalogue/arguments.h"
 #include "catalogue/error_code.h"
 #include "cli/failure.h"
@@ -17,15 +16,6 @@ namespace {
 
 constexpr std::string_view kErrorModule = "OmbrixError";
 constexpr std::string_view kInvalidMask = "INVALID_MASK";
-
-std::string ErrorName(const host::Host& host, std::int64_t code) {
-    if (const host::ModuleInfo* module = host.FindModule(kErrorModule)) {
-        for (const host::ConstantInfo& constant : module->constants) {
-            if (constant.value == code) return constant.name;
-        }
-    }
-    return "error " + std::to_string(code);
-}
 
 /// INVALID_MASK as "invalid mask".
 std::string InWords(const std::string& constant) {
@@ -59,32 +49,16 @@ std::string GivenTo(const host::Host& host, const CallRecord& call) {
     return text;
 }
 
-/// The Integer that the call used for a property: given as such, given as an argument of that name, or the initial one.
-std::optional<std::int64_t> UsedValue(const CallRecord& call, const host::PropertyInfo& property) {
-    for (const PlannedSetting& setting : call.settings) {
-        const auto* value = std::get_if<host::Value>(&setting.value);
-        if (value && value->IsInteger() && text::SameName(setting.name, property.name)) return value->AsInteger();
-    }
-    // An effect need not accept its initial value.
-    if (call.byProperties) return call.object.Get(property.name).AsInteger();
-    return std::nullopt;
-}
+}  // namespace
 
-/// "Red=300; Red goes from -255 to 255" if one property alone is to blame, or empty.
-std::string RefusedProperty(host::Host& host, const CallRecord& call) {
-    for (const host::ClassInfo* ancestor : host.Ancestry(call.type.name)) {
-        for (const host::PropertyInfo& property : ancestor->properties) {
-            const auto range = catalogue::AcceptedRange(host, call.type, property);
-            const auto value = range ? UsedValue(call, property) : std::nullopt;
-            if (!value || range->Holds(*value)) continue;
-            return property.name + "=" + std::to_string(*value) + "; " + property.name + " goes from " +
-                   std::to_string(range->low) + " to " + std::to_string(range->high);
+std::string ErrorName(const host::Host& host, std::int64_t code) {
+    if (const host::ModuleInfo* module = host.FindModule(kErrorModule)) {
+        for (const host::ConstantInfo& constant : module->constants) {
+            if (constant.value == code) return constant.name;
         }
     }
-    return "";
+    return "error " + std::to_string(code);
 }
-
-}  // namespace
 
 std::string ObjectionToMask(const std::string& file, const host::Picture& mask, const host::Picture& source) {
     if (mask.Width() >= source.Width() && mask.Height() >= source.Height()) return {};
@@ -102,9 +76,6 @@ void CheckErrorCode(Session& session, const CallRecord& call) {
         if (name != kInvalidMask || !text::SameName(setting.name, catalogue::kMaskProperty) || !call.source) continue;
         std::string objection = ObjectionToMask(setting.given.text, read.picture, call.source);
         if (!objection.empty()) throw WorkError(objection.append(" (" + name + ")"));
-    }
-    if (const std::string refusal = RefusedProperty(session.host, call); !refusal.empty()) {
-        throw WorkError(call.type.name + " refuses " + refusal + " (" + name + ")");
     }
     throw WorkError(call.type.name + " reports " + InWords(name) + " (" + name + ")" + GivenTo(session.host, call));
 }

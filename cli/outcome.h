@@ -1,6 +1,7 @@
 // Tells why an effect failed.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,9 @@
 #include "cli/session.h"
 
 namespace ombrix::cli {
+
+/// The constant of an ErrorCode, such as "INVALID_MASK"; "error 9" when there is none.
+std::string ErrorName(const host::Host& host, std::int64_t code);
 
 /// Why a mask cannot be used on a picture, in a sentence that names its file; empty when it is large enough.
 std::string ObjectionToMask(const std::string& file, const host::Picture& mask, const host::Picture& source);
@@ -22,8 +26,8 @@ struct CallRecord {
     bool byProperties = true;                   ///< false when arguments replace the properties
 };
 
-/// A WorkError when the object's ErrorCode is not 0. It names the code, what was given and, where that can be found
-/// out, what would have worked.
+/// A WorkError when the object's ErrorCode is not 0. It names the code and what was given. CheckValues has
+/// found wrong values before.
 void CheckErrorCode(Session& session, const CallRecord& call);
 
 }  // namespace ombrix::cli

@@ -14,6 +14,7 @@
 #include "cli/images/result_file.h"
 #include "cli/reflection.h"
 #include "cli/settings.h"
+#include "cli/value_check.h"
 #include "text/names.h"
 #include "text/phrases.h"
 
@@ -240,6 +241,7 @@ class Apply : public Command {
 
     void Work(Session& session, const std::vector<PlannedStep>& steps, ResultFile& result) const {
         const std::filesystem::path input = files_.front(), output = files_.back();
+        for (const PlannedStep& step : steps) CheckValues(session, step.type, step.properties);
         Losses losses(session.console, inPlace_ && !session.options.force);
         const OpenedImage source = OpenImage(session, input, {page_, HoldsPages(result.Format().writer)}, losses);
         losses.Check(input);
@@ -280,7 +282,7 @@ class Apply : public Command {
     std::string mask_;
 
     bool inPlace_ = false;
-    std::optional<int> page_;  ///< from 1
+    std::optional<int> page_;       ///< from 1
     std::string called_ = "apply";  ///< the subcommand, as it may be typed
     std::vector<Step> steps_;
     std::vector<std::string> files_;  ///< input and output; one when in place

@@ -17,6 +17,7 @@
 #include "cli/reflection.h"
 #include "cli/settings.h"
 #include "cli/supervisor/progress_of_work.h"
+#include "cli/value_check.h"
 #include "text/names.h"
 #include "text/phrases.h"
 
@@ -186,6 +187,49 @@ void CheckFiles(const std::vector<PlannedSetting>& settings, const std::optional
     }
 }
 
+/// A UsageError when a module's method gives no picture for a number, even of small pictures, and would for another.
+void RefuseNumbers(Session& session, const PlannedCall& call) {
+    if (!call.owner.module || call.outcome != Outcome::Picture) return;
+    const auto gives = [&](const std::string& changed, std::int64_t number) {
+        std::vector<host::Argument> values;
+        for (const PlannedSetting& argument : call.arguments) {
+            const auto* value = std::get_if<host::Value>(&argument.value);
+            const host::Value given = value ? *value : host::Value(host::Object(session.host.NewPicture(1, 1)));
+            values.push_back(host::Named(argument.name, argument.name == changed ? host::Value(number) : given));
+        }
+        return !session.host.CallModule(call.owner.module->name, call.method, values).IsNil();
+    };
+    constexpr std::int64_t kMostTried = 64;
+    if (gives("", 0)) return;
+    for (const PlannedSetting& argument : call.arguments) {
+        const auto* value = std::get_if<host::Value>(&argument.value);
+        if (!value || !value->IsInteger()) continue;
+        std::vector<std::string> taken;
+        for (std::int64_t number = 0; number <= kMostTried; ++number) {
+            if (gives(argument.name, number)) taken.push_back(std::to_string(number));
+        }
+        if (taken.empty()) continue;
+        throw UsageError(call.callee + " gives no picture for " + argument.given.AsGiven() + "; of 0 to " +
+                         std::to_string(kMostTried) + " it takes " + text::Listed(taken));
+    }
+}
+
+/// Checks the values of an effect's call as those of properties, where its arguments stand for such.
+void CheckArguments(Session& session, const PlannedCall& call) {
+    const host::ClassInfo* type = call.owner.type;
+    const bool isApply = text::SameName(call.method.name, "Apply") || text::SameName(call.method.name, "ApplyInPlace");
+    if (!type || !isApply || !session.host.IsA(type->name, host::kEffectInterface)) return;
+    std::vector<PlannedSetting> settings = call.properties;
+    for (const PlannedSetting& argument : call.arguments) {
+        const auto* property =
+            catalogue::PropertyOf(session.host, *type, call.method, *FindParameter(call.method, argument.name));
+        const bool isSource = text::SameName(argument.name, call.method.parameters.front().name);
+        if (!property && !isSource) return;
+        if (property) settings.push_back({argument.given, property->name, argument.value});
+    }
+    CheckValues(session, *type, settings);
+}
+
 /// Adds the pictures that are read to `pictures`, those of arguments first.
 host::Value Make(Session& session, const PlannedCall& call, std::vector<GivenPicture>& pictures) {
     std::vector<host::Argument> values;
@@ -247,6 +291,8 @@ class Call : public Command {
 
   private:
     static void Work(Session& session, const PlannedCall& call, std::optional<ResultFile>& output) {
+        CheckArguments(session, call);
+        RefuseNumbers(session, call);
         std::vector<GivenPicture> pictures;
         const host::Value result = Make(session, call, pictures);
 

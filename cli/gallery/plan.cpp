@@ -65,14 +65,6 @@ std::vector<std::int64_t> Samples(Range range) {
     return inside;
 }
 
-/// "-100 to 100", "0 or more", "any number"
-std::string Described(const Range& range) {
-    if (range.low == -kFarthest && range.high == kFarthest) return "any number";
-    if (range.low == -kFarthest) return "up to " + std::to_string(range.high);
-    if (range.high == kFarthest) return std::to_string(range.low) + " or more";
-    return std::to_string(range.low) + " to " + std::to_string(range.high);
-}
-
 class Planner {
   public:
     Planner(Session& session, const ClassInfo& type, const Scene& small)
@@ -157,8 +149,8 @@ class Planner {
     }
 
     std::optional<Range> RangeOf(const PropertyInfo& property, const Settings& needed, const Scene& tiny) const {
-        return catalogue::TriedRange(Host(), type_, property,
-                                     [&](const host::Object& object) { SetIn(tiny, Host(), needed, object); });
+        return catalogue::AcceptedRange(Host(), type_, property,
+                                        [&](const host::Object& object) { SetIn(tiny, Host(), needed, object); });
     }
 
     // ---- Integers -------------------------------------------------------------------------------------------
@@ -271,7 +263,7 @@ class Planner {
             remark = std::to_string(values.constants.size()) + " constants, from " + values.constants.front().name +
                      " to " + values.constants.back().name;
         } else if (values.range) {
-            remark = Described(*values.range);
+            remark = catalogue::Described(*values.range);
         }
         remarks_.push_back({property.name, remark});
     }

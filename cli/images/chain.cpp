@@ -9,6 +9,8 @@
 #include "cli/outcome.h"
 #include "cli/supervisor/progress_of_work.h"
 #include "text/names.h"
+#include "text/numbers.h"
+#include "text/phrases.h"
 
 namespace ombrix::cli {
 
@@ -41,6 +43,27 @@ bool ArePlacedAlike(const std::vector<OpenedImage>& images, const catalogue::Par
         if (image.width() != first->width() || image.height() != first->height()) return false;
     }
     return true;
+}
+
+/// Says so when the step's points leave nothing of what it lays over the image.
+void NoteIfNothingShows(Session& session, const PlannedStep& step, const catalogue::PartRoles& roles,
+                        const std::vector<OpenedImage>& images, catalogue::Coordinates size) {
+    for (std::size_t i = 0; i < images.size(); ++i) {
+        if (roles.pictures[i].role != catalogue::PictureRole::Placed) continue;
+        const VImage& image = images[i].image;
+        const auto position = GivenPoint(step, roles, catalogue::PointRole::Position);
+        const auto placed = catalogue::PlaceInPart({0, 0, size.x, size.y}, {image.width(), image.height()},
+                                                   position.value_or(catalogue::Coordinates{}),
+                                                   GivenPoint(step, roles, catalogue::PointRole::Extent));
+        if (placed.isThere) continue;
+        std::vector<std::string> points;
+        for (const PlannedSetting& setting : step.properties) {
+            const auto* value = std::get_if<host::Value>(&setting.value);
+            if (value && value->IsObject()) points.push_back(setting.given.AsGiven());
+        }
+        session.console.Note("nothing of " + images[i].file.string() + " lies in the picture, " +
+                             text::Size(size.x, size.y) + ", with " + text::Listed(points));
+    }
 }
 
 VImage Colours(const VImage& image) {
@@ -93,6 +116,7 @@ bool Chain::AddInStrips(const PlannedStep& step, const std::vector<StepPicture>&
     }();
     if (!roles || !ArePlacedAlike(images, *roles)) return false;
 
+    NoteIfNothingShows(session_, step, *roles, images, {image_.image.width(), image_.pageHeight});
     const host::Object effect = session_.host.New(step.type.name);
     SetCores(session_, step.type, effect);
     SetValues(step.properties, effect);

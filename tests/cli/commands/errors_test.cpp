@@ -128,12 +128,12 @@ TEST_F(ErrorsTest, WrongCommandLines) {
     }
 }
 
-TEST_F(ErrorsTest, WorkThatFails) {
+TEST_F(ErrorsTest, ValuesThatEffectsRefuse) {
     struct Case {
         std::vector<std::string> words;
         std::vector<std::string> parts;
     };
-    for (const Case& failing : std::vector<Case>{
+    for (const Case& refused : std::vector<Case>{
              {{"apply", "colorfilter", "Red=256", "in.png", "out.png"},
               {"Red=256", "-255 to 255", "ILLEGAL_INPUT_PARAMETER"}},
              {{"apply", "colorfilter", "Red=4294967296", "in.png", "out.png"}, {"Red=4294967296"}},
@@ -143,10 +143,21 @@ TEST_F(ErrorsTest, WorkThatFails) {
              {{"apply", "sepia", "in.png", "out.png"}, {"SepiaValue=0", "10 to 55"}},
              {{"call", "brightness.Apply", "source=in.png", "value=300", "out.png"},
               {"value=300", "ILLEGAL_INPUT_PARAMETER"}},
+             {{"apply", "blend", "in.png", "out.png"}, {"INVALID_SOURCE_IMAGE", "no FillPicture"}},
+         }) {
+        ExpectMistake(refused.words, kWrongCommandLine, refused.parts);
+    }
+}
+
+TEST_F(ErrorsTest, WorkThatFails) {
+    struct Case {
+        std::vector<std::string> words;
+        std::vector<std::string> parts;
+    };
+    for (const Case& failing : std::vector<Case>{
              {{"apply", "invert", "--mask", "smallmask.png", "in.png", "out.png"},
               {"smallmask.png is 40x29", "smaller than the picture, 40x30", "INVALID_MASK"}},
              {{"apply", "invert", "--mask", "smallmask.png", "--in-place", "in.png"}, {"40x29", "40x30"}},
-             {{"apply", "blend", "in.png", "out.png"}, {"INVALID_SOURCE_IMAGE", "no FillPicture"}},
              {{"apply", "invert", "none.png", "out.png"}, {"no file none.png"}},
              {{"apply", "invert", "--in-place", "none.png"}, {"no file none.png"}},
              {{"apply", "invert", "--mask", "none.png", "in.png", "out.png"}, {"no file none.png"}},

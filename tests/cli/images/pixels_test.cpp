@@ -132,7 +132,7 @@ TEST_F(PixelsTest, TheOrientationIsTakenIntoThePixels) {
         VImage oriented = image.copy();
         oriented.set("orientation", orientation);
         oriented.write_to_file(Path("in.tif").c_str());
-        Expect({"apply", "colorfilter", "in.tif", "out.tif", "--force"});
+        Expect({"apply", "colorfilter", "Red=0", "in.tif", "out.tif", "--force"});
         const VImage out = Read("out.tif");
         const auto& expected = shown[orientation - 1];
         ASSERT_EQ(out.height(), static_cast<int>(expected.size()));
@@ -162,7 +162,7 @@ TEST_F(PixelsTest, ColourProfilesAreFollowedToSrgb) {
         image.write_to_file(Path("in.png").c_str());
     };
     write("p3", 0, {100, 150, 200});
-    Expect({"apply", "colorfilter", "in.png", "out.png"});
+    Expect({"apply", "colorfilter", "Red=0", "in.png", "out.png"});
     // By the primaries: 83.5, 151.7, 204.6.
     EXPECT_THAT(PixelOf("out.png"), IsNear(Pixel{84, 152, 205, 255}, 1));
     // What is written says that it is sRGB.
@@ -178,7 +178,7 @@ TEST_F(PixelsTest, ColourProfilesAreFollowedToSrgb) {
 
     // A profile close to sRGB changes nothing. A conversion would make green 0.
     write("srgb", 16, {208, 1, 0});
-    Expect({"apply", "colorfilter", "in.png", "out.png", "--force"});
+    Expect({"apply", "colorfilter", "Red=0", "in.png", "out.png", "--force"});
     EXPECT_EQ(PixelOf("out.png"), (Pixel{208, 1, 0, 255}));
 }
 
@@ -193,7 +193,7 @@ TEST_F(PixelsTest, MetadataIsCarriedAndTheOrientationReset) {
 
     for (const char* file : {"out.jpg", "out.png", "out.webp", "out.tif"}) {
         SCOPED_TRACE(file);
-        Expect({"apply", "colorfilter", "in.jpg", file});
+        Expect({"apply", "colorfilter", "Red=0", "in.jpg", file});
         const VImage out = Read(file);
         EXPECT_EQ(out.width(), 20);
         EXPECT_EQ(out.get_typeof("orientation") == 0 ? 1 : out.get_int("orientation"), 1);

@@ -1,0 +1,15 @@
+// Finds values that are wrong or mean nothing before any file is read, by trying them on small pictures.
+#pragma once
+
+#include <vector>
+
+#include "cli/effect_object.h"
+#include "cli/session.h"
+
+namespace ombrix::cli {
+
+/// A UsageError when an effect refuses a value or lacks a picture. It says what would have worked. Notes values that
+/// the effect takes although they mean nothing, and when none is given that it needs to change anything.
+void CheckValues(Session& session, const host::ClassInfo& type, const std::vector<PlannedSetting>& settings);
+
+}  // namespace ombrix::cli
