@@ -1,110 +1,195 @@
-// ombrix list: all that is registered, a line each, with full names to search for.
+// ombrix list: what is registered, a line each, with full names to search for, and what trying tells of it.
+
+#include <unistd.h>
 
 #include <iostream>
 #include <string>
 
+#include "catalogue/constants.h"
+#include "catalogue/descriptions.h"
+#include "catalogue/property_values.h"
 #include "cli/commands/command.h"
 #include "cli/failure.h"
 #include "cli/reflection.h"
+#include "cli/supervisor/progress_of_work.h"
+#include "cli/supervisor/supervisor.h"
+#include "cli/terminal.h"
+#include "cli/values.h"
+#include "text/names.h"
+#include "text/numbers.h"
 #include "text/phrases.h"
+#include "text/wrapping.h"
 
 namespace ombrix::cli {
 
 namespace {
 
-constexpr const char* kHelp = R"(Shows every class, property, method and constant that the plug-ins register.
+constexpr const char* kHelp =
+    R"(Shows every effect, class and module that the plug-ins register, with properties, methods and constants.
 
 Examples:
   ombrix list
-  ombrix list BlendEffect
+  ombrix list blend
   ombrix list | grep Picture
 
-NAME is a class or a module to show alone, with what the class inherits.)";
+NAME is an effect, a class or a module to show alone. What effects inherit is shown with --all.)";
 
-constexpr const char* kUsage = R"(  ombrix list [NAME])";
+constexpr const char* kUsage = R"(  ombrix list [NAME] [--all])";
 
 const Command::About kAbout = {"list", "Show what the plug-ins register", {kHelp, kUsage}};
+
+constexpr std::size_t kMemberIndent = 12;  // below the names of members
+
+void PrintText(const std::string& text, std::size_t indent) {
+    if (text.empty()) return;
+    std::cout << text::Wrapped(std::string(indent, ' ') + text, LineWidth(STDOUT_FILENO), indent) << '\n';
+}
+
+/// "10 to 55; it has to be given", "normal, multiply or screen; normal unless given"
+std::string Described(const catalogue::PropertyValues& values) {
+    std::string takes, initial = Shown(values.initial);
+    if (!values.constants.empty()) {
+        const std::vector<std::string> names = catalogue::ShortNames(values.constants);
+        takes = text::Join(names);
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            if (values.constants[i].value == values.initial.AsInteger()) initial = names[i];
+        }
+    } else if (values.range) {
+        takes = catalogue::Described(*values.range);
+    } else if (values.bounds) {
+        takes = text::Shown(values.bounds->low) + " to " + text::Shown(values.bounds->high);
+    } else if (values.initial.IsBoolean()) {
+        takes = "true or false";
+    }
+    if (values.initial.IsNil()) return takes;
+    if (!takes.empty()) takes += "; ";
+    return takes + (values.isRefused ? "it has to be given" : initial + " unless given");
+}
 
 void PrintLine(const char* kind, const std::string& text, const std::string& origin) {
     std::cout << kind << text << (origin.empty() ? "" : "  (from " + origin + ")") << '\n';
 }
 
-/// Members that `owner` has or inherits from `declaring`.
-template <class Declaring>
-void PrintMembers(const std::string& owner, const Declaring& declaring) {
-    const std::string origin = owner == declaring.name ? "" : declaring.name;
-    if constexpr (requires { declaring.properties; }) {
-        for (const host::PropertyInfo& property : declaring.properties) {
-            PrintLine("  property  ",
-                      owner + "." + property.name + " as " + property.type + (property.readOnly ? ", read-only" : ""),
-                      origin);
+class Printer {
+  public:
+    Printer(host::Host& host, bool all) : host_(host), descriptions_(host), all_(all) {}
+
+    /// Each member once, where it is declared.
+    void PrintAll() const {
+        const char* gap = "";
+        const auto print = [&](const auto& info) {
+            if (info.plugin.empty()) return;  // the host's own
+            std::cout << gap;
+            PrintHeading(info);
+            PrintMembers(info.name, info, info);
+            gap = "\n";
+        };
+        for (const host::ClassInfo& type : host_.Classes()) {
+            if (all_ || !IsBase(type)) print(type);
         }
+        for (const host::ModuleInfo& module : host_.Modules()) print(module);
     }
-    for (const host::MethodInfo& method : declaring.methods) {
-        PrintLine("  method    ", owner + "." + method.declaration, origin);
-    }
-    for (const host::ConstantInfo& constant : declaring.constants) {
-        PrintLine("  constant  ", owner + "." + constant.name + " = " + std::to_string(constant.value), origin);
-    }
-}
 
-void PrintHeading(const host::ClassInfo& type) {
-    std::cout << "class " << type.name;
-    if (!type.superclass.empty()) std::cout << ", derived from " << type.superclass;
-    if (!type.interfaces.empty()) std::cout << ", implements " << text::Listed(type.interfaces);
-    std::cout << '\n';
-}
-
-void PrintHeading(const host::ModuleInfo& module) { std::cout << "module " << module.name << '\n'; }
-
-/// Each member once, where it is declared.
-void PrintAll(const host::Host& host) {
-    const char* gap = "";
-    const auto print = [&gap](const auto& info) {
-        if (info.plugin.empty()) return;  // the host's own
-        std::cout << gap;
-        PrintHeading(info);
-        PrintMembers(info.name, info);
-        gap = "\n";
-    };
-    for (const host::ModuleInfo& module : host.Modules()) print(module);
-    for (const host::ClassInfo& type : host.Classes()) print(type);
-}
-
-/// A module, or a class with all that it inherits.
-void PrintOne(const host::Host& host, const std::string& name) {
-    const Owner owner = FindOwner(host, name);
-    if (owner.type) {
+    /// A module, or a class with what it inherits.
+    void PrintOne(const std::string& name) const {
+        const Owner owner = FindOwner(host_, name);
+        if (!owner.type) {
+            PrintHeading(*owner.module);
+            PrintMembers(owner.Name(), *owner.module, *owner.module);
+            return;
+        }
         PrintHeading(*owner.type);
-        for (const host::ClassInfo* ancestor : host.Ancestry(owner.type->name)) {
-            PrintMembers(owner.Name(), *ancestor);
+        for (const host::ClassInfo* ancestor : host_.Ancestry(owner.type->name)) {
+            if (all_ || ancestor == owner.type || !IsBase(*ancestor))
+                PrintMembers(owner.Name(), *owner.type, *ancestor);
         }
-    } else {
-        PrintHeading(*owner.module);
-        PrintMembers(owner.Name(), *owner.module);
     }
-}
+
+  private:
+    bool IsEffect(const host::ClassInfo& type) const { return host_.IsA(type.name, host::kEffectInterface); }
+
+    /// A class that is no effect and has one derived from it.
+    bool IsBase(const host::ClassInfo& type) const {
+        if (IsEffect(type)) return false;
+        for (const host::ClassInfo& other : host_.Classes()) {
+            if (IsEffect(other) && host_.IsA(other.name, type.name)) return true;
+        }
+        return false;
+    }
+
+    void PrintHeading(const host::ClassInfo& type) const {
+        std::cout << "class " << type.name;
+        if (!type.superclass.empty()) std::cout << ", derived from " << type.superclass;
+        if (!type.interfaces.empty()) std::cout << ", implements " << text::Listed(type.interfaces);
+        std::cout << '\n';
+        PrintText(descriptions_.OfClass(type), 2);
+    }
+    static void PrintHeading(const host::ModuleInfo& module) { std::cout << "module " << module.name << '\n'; }
+
+    /// What values the property takes, if people can type it, and what they do.
+    std::string About(const host::ClassInfo& type, const host::ClassInfo& declaring,
+                      const host::PropertyInfo& property) const {
+        const std::string description = descriptions_.OfProperty(declaring, property.name);
+        if (property.readOnly || !IsEffect(declaring) || !CanBeTyped(property.type)) return description;
+        const Doing trying(Activity::Effect, type.name);
+        const std::string values = Described(catalogue::FindValues(host_, type, property));
+        return values + (values.empty() || description.empty() ? "" : ". ") + description;
+    }
+
+    /// Members that `owner`, whose record is `info`, has or inherits from `declaring`.
+    template <class Info>
+    void PrintMembers(const std::string& owner, const Info& info, const Info& declaring) const {
+        const std::string origin = owner == declaring.name ? "" : declaring.name;
+        if constexpr (requires { declaring.properties; }) {
+            for (const host::PropertyInfo& property : declaring.properties) {
+                PrintLine(
+                    "  property  ",
+                    owner + "." + property.name + " as " + property.type + (property.readOnly ? ", read-only" : ""),
+                    origin);
+                PrintText(About(info, declaring, property), kMemberIndent);
+            }
+        }
+        for (const host::MethodInfo& method : declaring.methods) {
+            PrintLine("  method    ", owner + "." + method.declaration, origin);
+        }
+        for (const host::ConstantInfo& constant : declaring.constants) {
+            PrintLine("  constant  ", owner + "." + constant.name + " = " + std::to_string(constant.value), origin);
+        }
+    }
+
+    host::Host& host_;
+    const catalogue::Descriptions descriptions_;
+    const bool all_;
+};
 
 class List : public Command {
   public:
     const About& Describe() const override { return kAbout; }
 
-    void AddOptions(CLI::App& app) override { app.add_option("words", words_)->group(""); }
+    void AddOptions(CLI::App& app) override {
+        app.add_option("words", words_)->group("");
+        app.add_flag("--all", all_, "Also what effects inherit from their base class");
+    }
 
     void Check() override {
         if (words_.size() > 1) throw UsageError("list takes one class or module, not " + text::Listed(words_));
     }
 
     void Run(Session& session) override {
-        if (words_.empty()) {
-            PrintAll(session.host);
-        } else {
-            PrintOne(session.host, words_.front());
-        }
+        // Effects are tried, and may fail in every way.
+        Supervise(session, {}, [this](Session& worker) {
+            const Printer printer(worker.host, all_);
+            if (words_.empty()) {
+                printer.PrintAll();
+            } else {
+                printer.PrintOne(words_.front());
+            }
+        });
     }
 
   private:
     std::vector<std::string> words_;
+    bool all_ = false;
 };
 
 }  // namespace

@@ -63,6 +63,7 @@ void NoteIfNothingShows(Session& session, const PlannedStep& step, const catalog
         }
         session.console.Note("nothing of " + images[i].file.string() + " lies in the picture, " +
                              text::Size(size.x, size.y) + ", with " + text::Listed(points));
+        return;  // placed pictures have one size
     }
 }
 
