@@ -7,6 +7,9 @@
 #include "text/phrases.h"
 
 namespace ombrix::host {
+
+namespace fs = std::filesystem;
+
 namespace {
 
 /// Plug-ins need the platform's functions from the process. A program that is linked with the platform offers them by
@@ -18,17 +21,40 @@ void MakePlatformVisible() {
     if (handle != nullptr) dlclose(handle);
 }
 
+/// The folder of the shared object, or the program, that a function belongs to; empty when the system does not say.
+fs::path FolderOf(void* function) {
+    Dl_info object;
+    if (dladdr(function, &object) == 0) return {};
+    // A program's own name is as it was typed.
+    std::error_code error;
+    const fs::path folder = fs::absolute(object.dli_fname, error).parent_path();
+    return error ? fs::path() : folder;
+}
+
+/// A name without a folder is also looked for beside the program, beside the host and beside the platform.
+fs::path Located(const fs::path& path) {
+    std::error_code error;
+    if (path.has_parent_path() || fs::exists(path, error)) return path;
+    for (const fs::path& folder :
+         {fs::read_symlink("/proc/self/exe", error).parent_path(), FolderOf(reinterpret_cast<void*>(&Located)),
+          FolderOf(reinterpret_cast<void*>(&OmbrixBitmapContextCreate))}) {
+        if (!folder.empty() && fs::exists(folder / path, error)) return folder / path;
+    }
+    return path;
+}
+
 }  // namespace
 
-PluginFile::PluginFile(const std::filesystem::path& path) : path_(path.string()) {
+PluginFile::PluginFile(const fs::path& given) : path_(Located(given).string()) {
+    const fs::path path = path_;
     const std::string name = text::Quoted(path_);
     std::error_code status;
-    if (!std::filesystem::exists(path, status)) throw Error("there is no plug-in file " + name);
-    if (!std::filesystem::is_regular_file(path, status)) throw Error(name + " is no file, so it cannot be a plug-in");
+    if (!fs::exists(path, status)) throw Error("there is no plug-in file " + name);
+    if (!fs::is_regular_file(path, status)) throw Error(name + " is no file, so it cannot be a plug-in");
 
     MakePlatformVisible();
     // A name without a folder would be looked up among the system's libraries.
-    library_.reset(dlopen(std::filesystem::absolute(path).c_str(), RTLD_NOW | RTLD_LOCAL));
+    library_.reset(dlopen(fs::absolute(path).c_str(), RTLD_NOW | RTLD_LOCAL));
     if (!library_) {
         const char* reason = dlerror();
         throw Error(name + " cannot be loaded as a plug-in: " + (reason != nullptr ? reason : "no reason was given"));

@@ -12,8 +12,9 @@ namespace ombrix::host {
 /// Loaded for the time of its scope.
 class PluginFile {
   public:
-    /// An Error when there is no such file, or it is no plug-in.
-    explicit PluginFile(const std::filesystem::path& path);
+    /// A name without a folder that is not in the current one is looked for beside the program, the host's library and
+    /// the platform's. An Error when there is no such file, or it is no plug-in.
+    explicit PluginFile(const std::filesystem::path& given);
 
     const std::string& Path() const { return path_; }
     void CallEntry(REALresolver resolver) const { entry_(resolver); }

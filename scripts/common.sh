@@ -81,15 +81,25 @@ Type this, then try again:
 configure() {
     local preset=$1
     shift
+    forget_moved "$preset"
     [ -f "$root/build/$preset/build.ninja" ] || set -- -DOMBRIX_BUILD_TESTS=OFF "$@"
     # --preset is looked up from the current folder.
     quietly "Configuring build/$preset" env -C "$root" cmake --preset "$preset" "$@"
+}
+
+# forget_moved PRESET: removes a build folder that came along with a clone that was moved or copied. It would build the
+# sources of the old place.
+forget_moved() {
+    local folder=$root/build/$1
+    [ ! -f "$folder/CMakeCache.txt" ] || grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$folder/CMakeCache.txt" ||
+        rm -rf "$folder"
 }
 
 # build PRESET PARTS TARGET...: builds the targets in build/PRESET, which is configured when that has not been done with
 # all parts: "TESTS", "TESTS BENCH", or "" where none is needed.
 build() {
     local preset=$1 part folder=$root/build/$1 options=()
+    forget_moved "$preset"
     for part in $2; do
         grep -qs "^OMBRIX_BUILD_$part:BOOL=ON" "$folder/CMakeCache.txt" || options+=("-DOMBRIX_BUILD_$part=ON")
     done

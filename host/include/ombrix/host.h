@@ -61,7 +61,8 @@ class Host {
     Host& operator=(const Host&) = delete;
 
     /// Loads a plug-in and takes in what it registers: all of it, or nothing and an Error that names the bad class and
-    /// row.
+    /// row. A name without a folder is looked for in the current folder, then beside the program and beside the
+    /// libraries of the host and its platform.
     void Load(const std::filesystem::path& plugin);
 
     /// A new object of a class, registered or the host's own.
