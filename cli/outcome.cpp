@@ -60,9 +60,11 @@ std::string ErrorName(const host::Host& host, std::int64_t code) {
     return "error " + std::to_string(code);
 }
 
-std::string ObjectionToMask(const std::string& file, const host::Picture& mask, const host::Picture& source) {
-    if (mask.Width() >= source.Width() && mask.Height() >= source.Height()) return {};
-    return "the mask " + file + " is " + SizeOf(mask) + ", smaller than the picture, " + SizeOf(source);
+std::string ObjectionToMask(const std::string& file, std::int64_t maskWidth, std::int64_t maskHeight,
+                            std::int64_t width, std::int64_t height) {
+    if (maskWidth >= width && maskHeight >= height) return {};
+    return "the mask " + file + " is " + text::Size(maskWidth, maskHeight) + ", smaller than the picture, " +
+           text::Size(width, height);
 }
 
 void CheckErrorCode(Session& session, const CallRecord& call) {
@@ -74,7 +76,8 @@ void CheckErrorCode(Session& session, const CallRecord& call) {
 
     for (const auto& [setting, read] : call.pictures) {
         if (name != kInvalidMask || !text::SameName(setting.name, catalogue::kMaskProperty) || !call.source) continue;
-        std::string objection = ObjectionToMask(setting.given.text, read.picture, call.source);
+        std::string objection = ObjectionToMask(setting.given.text, read.picture.Width(), read.picture.Height(),
+                                                call.source.Width(), call.source.Height());
         if (!objection.empty()) throw WorkError(objection.append(" (" + name + ")"));
     }
     throw WorkError(call.type.name + " reports " + InWords(name) + " (" + name + ")" + GivenTo(session.host, call));

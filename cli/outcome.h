@@ -14,7 +14,8 @@ namespace ombrix::cli {
 std::string ErrorName(const host::Host& host, std::int64_t code);
 
 /// Why a mask cannot be used on a picture, in a sentence that names its file; empty when it is large enough.
-std::string ObjectionToMask(const std::string& file, const host::Picture& mask, const host::Picture& source);
+std::string ObjectionToMask(const std::string& file, std::int64_t maskWidth, std::int64_t maskHeight,
+                            std::int64_t width, std::int64_t height);
 
 /// A call on an object.
 struct CallRecord {

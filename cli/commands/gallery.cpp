@@ -101,8 +101,8 @@ class Gallery : public Command {
 
   private:
     void Work(Session& session, std::optional<OutputFile>& page, std::optional<ResultFile>& sheet) const {
-        const Originals originals(session, request_.picture, request_.fill, request_.mask);
         try {
+            const Originals originals(session, request_.picture, request_.fill, request_.mask, request_.size);
             const GalleryContent content = MakeContent(session, request_, originals);
             if (page) WriteText(LayOutPage(content), *page);
             if (sheet) sheet->Write(session, LayOutSheet(session, content), {});

@@ -35,6 +35,14 @@ VImage FittedInto(const VImage& image, int size) {
     return image.resize(scale).cast(VIPS_FORMAT_UCHAR).copy_memory();
 }
 
+/// Without the ends of a very wide or very tall image: of all of it, little would be seen on a card.
+VImage Middle(const VImage& image) {
+    constexpr double kWidest = 4, kTallest = 16.0 / 9;  // phones' pictures are shown whole
+    const int width = std::min(image.width(), static_cast<int>(kWidest * image.height()));
+    const int height = std::min(image.height(), static_cast<int>(kTallest * image.width()));
+    return image.extract_area((image.width() - width) / 2, (image.height() - height) / 2, width, height);
+}
+
 class Maker {
   public:
     Maker(Session& session, const GalleryRequest& request, const Originals& originals)
@@ -42,7 +50,7 @@ class Maker {
           request_(request),
           originals_(originals),
           captions_(session, request, originals.Width(), originals.Height()),
-          scene_(originals.At(session, request.size)) {}
+          scene_(originals.Whole()) {}
 
     GalleryContent Content() {
         const std::vector<EffectPlan> plans = Plans();
@@ -99,10 +107,10 @@ class Maker {
     }
 
     Exhibit Shown(const host::Picture& picture) {
-        const VImage image = OnWhite(session_.host, picture);
+        const VImage image = OnChecks(session_.host, picture);
         Exhibit exhibit;
         exhibit.view = Encoded(image, session_.options.quality.value_or(kViewQuality));
-        const VImage thumbnail = FittedInto(image, kThumbnailSize);
+        const VImage thumbnail = FittedInto(Middle(image), kThumbnailSize);
         exhibit.thumbnail = Encoded(thumbnail, kThumbnailQuality);
         exhibit.cell = FittedInto(thumbnail, kCellSize);
         return exhibit;

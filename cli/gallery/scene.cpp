@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 #include "catalogue/error_code.h"
 #include "cli/effect_object.h"
@@ -28,16 +29,44 @@ host::Value ValueIn(const Scene& scene, host::Host& host, const SceneValue& valu
     return host::Value(host::Object(host.NewPoint(x, y)));
 }
 
-host::Picture Scaled(Session& session, const host::Picture& picture, double scale) {
-    if (scale == 1) return picture;
-    const host::Picture::Lock pixels(picture);
-    VImage image = Viewed(picture, pixels, true);
+VImage Scaled(const VImage& image, int width, int height) {
+    if (image.width() == width && image.height() == height) return image;
+    const double across = static_cast<double>(width) / image.width();
+    const double down = static_cast<double>(height) / image.height();
+    const bool hasAlpha = image.bands() == 4;
     // Transparent pixels must not bleed into their neighbours.
-    image = image.premultiply()
-                .resize(scale, VImage::option()->set("vscale", std::max(scale, 1.0 / picture.Height())))
-                .unpremultiply()
-                .cast(VIPS_FORMAT_UCHAR);
-    return PictureOf(session.host, image, session.console);
+    VImage scaled = hasAlpha ? image.premultiply() : image;
+    scaled = scaled.resize(across, VImage::option()->set("vscale", down));
+    return (hasAlpha ? scaled.unpremultiply() : scaled).cast(VIPS_FORMAT_UCHAR);
+}
+
+/// Squares of white and light grey, which people know as what is behind a transparent picture.
+VImage Checks(int width, int height) {
+    constexpr int kSquare = 16, kGrey = 221;
+    const VImage squares = (VImage::xyz(width, height) / kSquare).floor();
+    return (squares[0] + squares[1]).remainder_const({2}) * (kGrey - 255) + 255;
+}
+
+/// A side as seen at a scale.
+int SideAt(double scale, int side) { return std::max(1, static_cast<int>(std::lround(side * scale))); }
+
+/// Of the picture in a file, which is `width` x `height` pixels.
+host::Picture ReadAt(Session& session, const std::filesystem::path& file, int width, int height, double scale) {
+    // Decoded to twice the size at least, the picture is as sharp as from all pixels.
+    int shrink = 8;
+    while (shrink > 1 && 2 * shrink * scale > 1) shrink /= 2;
+    Losses losses(session.console, false);
+    OpenedImage opened = OpenImage(session, file, {.one = {}, .all = false, .shrink = shrink}, losses);
+    opened.image = Scaled(opened.image, SideAt(scale, width), SideAt(scale, height));
+    return Decoded(session, opened).picture;
+}
+
+host::Picture MadeSmaller(Session& session, const host::Picture& picture, double scale) {
+    const host::Picture::Lock pixels(picture);
+    return PictureOf(
+        session.host,
+        Scaled(Viewed(picture, pixels, true), SideAt(scale, picture.Width()), SideAt(scale, picture.Height())),
+        session.console);
 }
 
 std::string SpotOfLight(int width, int height) {
@@ -79,38 +108,47 @@ std::pair<std::int64_t, std::int64_t> PointIn(PointShare share, int width, int h
 }
 
 Originals::Originals(Session& session, const std::filesystem::path& picture,
-                     const std::optional<std::filesystem::path>& fill, const std::optional<std::filesystem::path>& mask)
-    : file_(picture) {
-    const auto read = [&session](const std::filesystem::path& file) { return ReadImage(session, file).picture; };
-    picture_ = read(picture);
-    if (fill) fill_ = read(*fill);
-    if (mask) mask_ = read(*mask);
-    const std::string objection = mask ? ObjectionToMask(mask->string(), mask_, picture_) : "";
+                     const std::optional<std::filesystem::path>& fill, const std::optional<std::filesystem::path>& mask,
+                     int longSide) {
+    std::tie(width_, height_) = SizeOf(picture);
+    const double scale = std::min(1.0, static_cast<double>(longSide) / std::max(width_, height_));
+    whole_.source = ReadAt(session, picture, width_, height_, scale);
+    const auto read = [&](const std::filesystem::path& file) {
+        const auto [width, height] = SizeOf(file);
+        return ReadAt(session, file, width, height, scale);
+    };
+    whole_.fill = fill ? read(*fill) : whole_.source;
+    if (!mask) {
+        whole_.mask = DrawMask(session, whole_.source.Width(), whole_.source.Height());
+        return;
+    }
+    const auto [maskWidth, maskHeight] = SizeOf(*mask);
+    const std::string objection = ObjectionToMask(mask->string(), maskWidth, maskHeight, width_, height_);
     if (!objection.empty()) throw WorkError(objection);
+    whole_.mask = read(*mask);
 }
 
 Scene Originals::At(Session& session, int longSide) const {
-    const double scale = std::min(1.0, static_cast<double>(longSide) / std::max(Width(), Height()));
-    try {
-        Scene scene;
-        scene.source = Scaled(session, picture_, scale);
-        scene.fill = fill_ ? Scaled(session, fill_, scale) : scene.source;
-        scene.mask =
-            mask_ ? Scaled(session, mask_, scale) : DrawMask(session, scene.source.Width(), scene.source.Height());
-        return scene;
-    } catch (const vips::VError&) {
-        throw WorkError(file_.string() + " cannot be made smaller: " + TakeLibraryMessage());
-    }
+    const int now = std::max(whole_.source.Width(), whole_.source.Height());
+    const double scale = std::min(1.0, static_cast<double>(longSide) / now);
+    Scene scene;
+    scene.source = MadeSmaller(session, whole_.source, scale);
+    scene.fill = MadeSmaller(session, whole_.fill, scale);
+    scene.mask = MadeSmaller(session, whole_.mask, scale);
+    return scene;
 }
 
 std::string Originals::DrawnMask() const { return SpotOfLight(Width(), Height()); }
 
-VImage OnWhite(host::Host& host, const host::Picture& picture) {
+VImage OnChecks(host::Host& host, const host::Picture& picture) {
     const host::Picture usable = Usable(host, picture);
     const host::Picture::Lock pixels(usable);
     VImage image = Viewed(usable, pixels, usable.Depth() == 32);
     if (image.bands() == 4) {
-        image = image.flatten(VImage::option()->set("background", std::vector<double>{255, 255, 255}));
+        const VImage colours = image.extract_band(0, VImage::option()->set("n", 3)), alpha = image[3];
+        const VImage checks = Checks(image.width(), image.height());
+        image = ((colours * alpha + checks * (255 - alpha)) / 255).rint().cast(VIPS_FORMAT_UCHAR);
+        image = image.copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
     }
     return image.copy_memory();
 }

@@ -47,27 +47,31 @@ void SetIn(const Scene& scene, host::Host& host, const std::vector<SceneSetting>
 /// In pixels.
 std::pair<std::int64_t, std::int64_t> PointIn(PointShare share, int width, int height);
 
-/// The given pictures, at full size.
+/// The given pictures, as large as a gallery shows them.
 class Originals {
   public:
-    /// Without a fill the picture is its own; without a mask one is drawn. A WorkError when a file cannot be read or
-    /// the mask is smaller than the picture.
+    /// The longer side of the picture becomes `longSide` pixels, unless it is shorter already; fill and mask become
+    /// smaller alike. Without a fill the picture is its own; without a mask one is drawn. A WorkError when a file
+    /// cannot be read or the mask is smaller than the picture.
     Originals(Session& session, const std::filesystem::path& picture, const std::optional<std::filesystem::path>& fill,
-              const std::optional<std::filesystem::path>& mask);
+              const std::optional<std::filesystem::path>& mask, int longSide);
 
-    int Width() const { return picture_.Width(); }
-    int Height() const { return picture_.Height(); }
-    /// The longer side becomes `longSide` pixels, unless it is shorter already.
+    /// Of the picture's file.
+    int Width() const { return width_; }
+    int Height() const { return height_; }
+
+    const Scene& Whole() const { return whole_; }
+    /// Made smaller to a longer side of `longSide` pixels.
     Scene At(Session& session, int longSide) const;
     /// An SVG file at the picture's size: a light spot, darker towards the corners.
     std::string DrawnMask() const;
 
   private:
-    host::Picture picture_, fill_, mask_;  // fill_ and mask_ may be nil
-    std::filesystem::path file_;
+    int width_, height_;
+    Scene whole_;
 };
 
-/// A copy in red, green and blue, on white where the picture is transparent.
-vips::VImage OnWhite(host::Host& host, const host::Picture& picture);
+/// A copy in red, green and blue, on squares of white and grey where the picture is transparent.
+vips::VImage OnChecks(host::Host& host, const host::Picture& picture);
 
 }  // namespace ombrix::cli

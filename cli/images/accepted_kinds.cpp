@@ -110,6 +110,9 @@ VImage Load(const fs::path& file, const Kind* kind, VipsAccess access, const Pag
     // Not all readers know of pages.
     if (pages.first > 0) options->set("page", pages.first);
     if (pages.all) options->set("n", -1);
+    if (pages.shrink > 1 && kind != nullptr && kind->className == "VipsForeignLoadJpeg"sv) {
+        options->set("shrink", pages.shrink);
+    }
     VImage image;
     if (kind == nullptr) return VImage::new_from_file(file.c_str(), options);
     options->set("out", &image);

@@ -57,10 +57,11 @@ class PageChoice {
             throw WorkError(file.string() + " has " + (count_ == 1 ? "one page" : std::to_string(count_) + " pages") +
                             ", so there is no page " + std::to_string(*wanted.one));
         }
-        pages_ = {wanted.one ? *wanted.one - 1 : 0, !wanted.one && wanted.all && count_ > 1};
+        pages_ = {wanted.one ? *wanted.one - 1 : 0, !wanted.one && wanted.all && count_ > 1, wanted.shrink};
     }
 
-    bool IsFirst() const { return pages_.first == 0 && !pages_.all; }
+    /// Whether the image that told of the pages will do.
+    bool IsFirst() const { return pages_.first == 0 && !pages_.all && pages_.shrink == 1; }
 
     /// Opens the pages. Where they cannot be stacked, the first alone.
     VImage Open(VipsAccess access) {
@@ -195,6 +196,15 @@ OpenedImage OpenImage(Session& session, const fs::path& file, const WantedPages&
     } catch (const vips::VError&) {
         throw DamagedFile(file);
     }
+}
+
+std::pair<int, int> SizeOf(const fs::path& file) {
+    CheckImageFile(file);
+    const VImage image = Open(file, VIPS_ACCESS_SEQUENTIAL);
+    // From here on EXIF's orientations swap the sides.
+    constexpr int kTransposed = 5;
+    const bool isTransposed = NumberOr(image, VIPS_META_ORIENTATION, 1) >= kTransposed;
+    return isTransposed ? std::pair(image.height(), image.width()) : std::pair(image.width(), image.height());
 }
 
 OpenedImage OpenImage(Session& session, const fs::path& file) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <utility>
 #include <vips/vips8>
 
 #include "cli/console.h"
@@ -45,6 +46,9 @@ void CheckWholeImage(const std::filesystem::path& file);
 /// WorkError when the file is missing, empty, damaged or no image, has no such page, or has more pixels than the
 /// options or its size allow.
 OpenedImage OpenImage(Session& session, const std::filesystem::path& file, const WantedPages& wanted, Losses& losses);
+
+/// Width and height of the first page, upright. A WorkError when the file is no image.
+std::pair<int, int> SizeOf(const std::filesystem::path& file);
 
 /// The first page of a mask, a fill and the like.
 OpenedImage OpenImage(Session& session, const std::filesystem::path& file);

@@ -11,12 +11,14 @@ namespace ombrix::cli {
 struct WantedPages {
     std::optional<int> one;  ///< from 1
     bool all = false;        ///< rather than the first, when none is named
+    int shrink = 1;          ///< 2, 4 or 8: may be so many times smaller, where that is faster
 };
 
 /// What to open of a file.
 struct Pages {
     int first = 0;  ///< from 0
     bool all = false;
+    int shrink = 1;  ///< of readers that can
 };
 
 /// How many pages the file of an image has. Smaller versions of one picture do not count.

@@ -141,6 +141,17 @@ TEST_F(GalleryTest, PicturesAreNotLargerThanAsked) {
     EXPECT_THAT(page.Texts("command"), Contains(HasSubstr("Location=100,225 ")));
 }
 
+TEST_F(GalleryTest, UnusualPicturesCanBeSeen) {
+    // All of a very wide picture would be a line.
+    Scene(1500, 20, 3).write_to_file(Path("wide.png").c_str());
+    const Element card = PageOf({"wide.png"}).All("img").front();
+    EXPECT_EQ(std::stoi(card.attributes.at("width")), 4 * std::stoi(card.attributes.at("height")));
+    // White on white would not be seen.
+    Plain({255, 255, 255, 0}, 64, 64).write_to_file(Path("nothing.png").c_str());
+    const VImage shown = Decoded(PageOf({"nothing.png"}).All("img").front().attributes.at("src"));
+    EXPECT_GT(shown.max() - shown.min(), 20);
+}
+
 TEST_F(GalleryTest, FindsOutWhatUnknownEffectsTakeAndNeed) {
     const Page page = PageOf({"photo.jpg", "--plugin", kOddEffects});
     std::vector<std::string> odd;
