@@ -96,6 +96,21 @@ TEST_F(SupervisorTest, FilesCutShortAreDamagedOrTakenAsFarAsTheyGo) {
         Write(cut, bytes.substr(0, bytes.size() * 3 / 5));
         ExpectFailure({"apply", "invert", cut, "out.png", "--quiet"}, cut + " is damaged");
     }
+    // Readers that need no more than the first page do not look at the end.
+    VImage pages = Noise(80).bandjoin({Noise(80), Noise(80)});
+    pages = pages.join(pages, VIPS_DIRECTION_VERTICAL).copy();
+    pages.set(VIPS_META_PAGE_HEIGHT, 80);
+    for (const std::string name : {"pages.gif", "pages.webp", "pages.tif", "pages.tif[bigtiff]"}) {
+        pages.write_to_file(Path(name).c_str());
+        const std::string file = name.substr(0, name.find('['));
+        EXPECT_EQ(Run({"apply", "invert", file, "first.jpg", "--force", "--quiet"}).status, 0) << name;
+        const std::string bytes = BytesOf(Path(file));
+        Write(file, bytes.substr(0, bytes.size() * 17 / 20));
+        ExpectFailure({"apply", "invert", file, "out.jpg", "--quiet"}, file + " is damaged");
+    }
+    const std::string chunks = BytesOf(Path("in.png"));
+    Write("no-end.png", chunks.substr(0, chunks.size() - 1));
+    ExpectFailure({"apply", "invert", "no-end.png", "out.png"}, "no-end.png is damaged or cut short: its end is");
     // Readers of these fill up what is missing.
     std::string levels = "P3 40 40 255\n";
     for (int i = 0; i < 40 * 40 * 3; ++i) levels += std::to_string(i % 256) + (i % 12 == 11 ? "\n" : " ");
@@ -110,6 +125,8 @@ TEST_F(SupervisorTest, FilesCutShortAreDamagedOrTakenAsFarAsTheyGo) {
     Write("whole.pdf", page + "%%EOF\n");
     Write("cut.pdf", page);
     EXPECT_EQ(Run({"apply", "invert", "whole.pdf", "page.png"}).status, 0);
+    ExpectFailure({"apply", "invert", "cut.pdf", "out.png"}, "cut.pdf is damaged");
+    Write("cut.pdf", "%PDF-1.4\n4 0 obj<</Linearized 1/L 999>>endobj\n" + page.substr(9) + "%%EOF\n");
     ExpectFailure({"apply", "invert", "cut.pdf", "out.png"}, "cut.pdf is damaged");
 
     std::string sgi("\1\xda\0\1\0\3\0\x28\0\x28\0\3\0\0\0\0\0\0\0\xff", 20);
