@@ -21,17 +21,30 @@ namespace {
 
 std::string Reason(int error) { return std::generic_category().message(error); }
 
+fs::path FolderOf(const fs::path& file) { return file.has_parent_path() ? file.parent_path() : fs::path("."); }
+
+/// Whether another user may have laid the link there, to have its target replaced.
+bool IsTrap(const fs::path& link) {
+    struct stat own = {}, folder = {};
+    if (lstat(link.c_str(), &own) != 0 || stat(FolderOf(link).c_str(), &folder) != 0) return false;
+    const bool isShared = (folder.st_mode & S_IWOTH) != 0;
+    return isShared && own.st_uid != geteuid() && own.st_uid != folder.st_uid;
+}
+
 /// Follows a link, so that it stays one.
 fs::path Resolved(const fs::path& target) {
     std::error_code error;
     if (fs::is_symlink(target, error)) {
+        if (IsTrap(target)) {
+            throw WorkError(target.string() +
+                            " is another user's link in a folder that all may write to, so it is "
+                            "not followed");
+        }
         fs::path real = fs::canonical(target, error);
         if (!error) return real;
     }
     return target;
 }
-
-fs::path FolderOf(const fs::path& file) { return file.has_parent_path() ? file.parent_path() : fs::path("."); }
 
 void CheckFolder(const fs::path& target) {
     const fs::path folder = FolderOf(target);
