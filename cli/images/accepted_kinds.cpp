@@ -4,6 +4,7 @@
 #include <array>
 #include <cctype>
 #include <fstream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -105,6 +106,11 @@ const Kind* KindOf(std::string_view head) {
     return kind != kKinds.end() ? &*kind : nullptr;
 }
 
+struct Unreference {
+    void operator()(VipsBlob* bytes) const { vips_area_unref(VIPS_AREA(bytes)); }
+};
+using Unreferenced = std::unique_ptr<VipsBlob, Unreference>;
+
 VImage Load(const fs::path& file, const Kind* kind, VipsAccess access, const Pages& pages, VipsFailOn failOn) {
     vips::VOption* options = VImage::option()->set("access", access)->set("fail_on", failOn);
     // Not all readers know of pages.
@@ -125,8 +131,8 @@ VImage Load(const fs::path& file, const Kind* kind, VipsAccess access, const Pag
         } else {
             VipsBlob* bytes = vips_source_map_blob(source.get_source());
             if (bytes == nullptr) throw vips::VError();
+            const Unreferenced owner(bytes);
             VImage::call(kind->reader, options->set("buffer", bytes));
-            vips_area_unref(VIPS_AREA(bytes));
         }
     }
     return image;
