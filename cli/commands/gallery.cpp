@@ -35,6 +35,8 @@ The page is one file that needs no other. Under each picture is the command line
 
 constexpr const char* kUsage = R"(  ombrix gallery PICTURE [--fill FILE] [--mask FILE] [-o PAGE.html] [--sheet FILE])";
 
+constexpr int kPictures = 40;  // about as many effects and modes as plug-ins have
+
 const Command::About kAbout = {"gallery", "Show a picture under every effect", {kHelp, kUsage}};
 
 void WriteText(const std::string& text, OutputFile& file) {
@@ -93,7 +95,8 @@ class Gallery : public Command {
         std::optional<ResultFile> sheet;
         if (!sheet_.empty()) sheet.emplace(sheet_, replace, std::nullopt);
         if (sheet) written.push_back(&sheet->File());
-        WorkOnPictures(session, written, [&](Session& worker) { Work(worker, page, sheet); });
+        WorkOnPictures(
+            session, written, [&](Session& worker) { Work(worker, page, sheet); }, kPictures);
         // Both are written before either takes its place.
         if (sheet) sheet->File().Commit();
         if (page) page->Commit();

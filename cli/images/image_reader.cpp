@@ -11,6 +11,7 @@
 #include "cli/images/metadata.h"
 #include "cli/supervisor/limits.h"
 #include "cli/supervisor/progress_of_work.h"
+#include "cli/supervisor/worker.h"
 #include "text/numbers.h"
 #include "text/phrases.h"
 
@@ -24,7 +25,7 @@ namespace {
 /// Reads the header. Pixels are decoded later, and errors in them come then.
 VImage Open(const fs::path& file, VipsAccess access, const Pages& pages = {}, Console* console = nullptr) {
     const Doing reading(Activity::Reading, file.string());
-    Work().bytes += static_cast<std::int64_t>(fs::file_size(file));
+    WillRead(file);
     try {
         return OpenAccepted(file, access, pages, console);
     } catch (const vips::VError&) {

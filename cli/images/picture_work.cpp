@@ -32,10 +32,12 @@ void StartLibrary(const Options& options) {
 }  // namespace
 
 void WorkOnPictures(Session& session, const std::vector<const OutputFile*>& written,
-                    const std::function<void(Session&)>& work) {
-    std::vector<WatchedFile> watched;
-    for (const OutputFile* file : written) watched.push_back({file->Descriptor(), file->Target().string()});
-    Supervise(session, watched, [&work](Session& worker) {
+                    const std::function<void(Session&)>& work, int pictures) {
+    SupervisedWork supervised{{}, pictures};
+    for (const OutputFile* file : written) {
+        supervised.written.push_back({file->Descriptor(), file->Target().string()});
+    }
+    Supervise(session, supervised, [&work](Session& worker) {
         StartLibrary(worker.options);
         // It is not shut down: the process ends when the work does.
         work(worker);

@@ -10,8 +10,8 @@
 namespace ombrix::cli {
 
 /// Runs `work` in a supervised process, in which libvips has started and reads what the options accept; see Supervise.
-/// `written` are the files that it writes, all created.
+/// `written` are the files that it writes, all created; `pictures` is about how many pictures are made for them.
 void WorkOnPictures(Session& session, const std::vector<const OutputFile*>& written,
-                    const std::function<void(Session&)>& work);
+                    const std::function<void(Session&)>& work, int pictures = 1);
 
 }  // namespace ombrix::cli

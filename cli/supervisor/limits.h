@@ -14,8 +14,16 @@ struct Limits {
 };
 
 /// A file of 10 kB may cost 1 GB at most, and a larger one may hold a picture that its size makes likely. Never more
-/// than three quarters of the machine's memory.
+/// than three quarters of the memory of the machine or of its container.
 std::int64_t MemoryLimit(const Limits& limits, std::int64_t bytesRead);
+
+/// How much memory may be asked for, whether it is used or not. More, since threads, heaps and encoders reserve what
+/// they never touch, and because libraries that are refused memory crash: it stops what grows faster than anyone looks.
+std::int64_t DataLimit(const Limits& limits, std::int64_t bytesRead);
+
+/// How long all the work may take when the command line says nothing. A file of 10 kB gets less than 5 seconds; more
+/// bytes soon allow whatever an encoder may need.
+std::chrono::duration<double> WorkTime(std::int64_t bytesRead);
 
 /// How long decoders may work. Pixels that they have delivered give them more time, so only those that hang meet it. A
 /// file of 10 kB gets less than 5 seconds before its first pixel.

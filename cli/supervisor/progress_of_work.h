@@ -33,6 +33,8 @@ class ProgressOfWork {
     Place LastReading() const { return PlaceOf(lastReading); }
     /// Where a thread crashed; where the main thread was, if that did not come to be noted.
     Place Crash() const { return crash != 0 ? PlaceOf(crash) : Main(); }
+    /// Bytes of private memory when a thread crashed, which the limit on data counts. 0 if none did.
+    std::int64_t DataAtCrash() const { return dataAtCrash; }
 
   private:
     friend class Doing;
@@ -40,12 +42,16 @@ class ProgressOfWork {
     using Packed = std::uint32_t;  ///< activity, and index of the subject
 
     Place PlaceOf(Packed packed) const;
+    /// Of a thread that a library started.
+    Packed LikelyPlace() const;
     Packed Pack(Activity activity, const char* subject);
 
     static constexpr std::size_t kMostSubjects = 64;
     std::atomic<Packed> main{0};
     std::atomic<Packed> lastReading{0};
+    std::atomic<Packed> lastEffect{0};
     std::atomic<Packed> crash{0};
+    std::atomic<std::int64_t> dataAtCrash{0};
     std::atomic<std::size_t> subjectCount{0};
     std::array<std::array<char, PATH_MAX>, kMostSubjects> subjects;
 };

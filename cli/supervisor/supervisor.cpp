@@ -38,9 +38,10 @@ using Seconds = std::chrono::duration<double>;
 using Clock = std::chrono::steady_clock;
 using Place = ProgressOfWork::Place;
 
-constexpr int kLook = 10;             // milliseconds between looks at the worker
-constexpr Seconds kLongestLook{0.1};  // a process that was stopped meanwhile did not work
-constexpr Seconds kFullDisk{2};       // without a byte written to a full disk
+constexpr int kLook = 10, kCloseLook = 1;  // milliseconds between looks at the worker
+constexpr Seconds kLongestLook{0.1};       // a process that was stopped meanwhile did not work
+constexpr Seconds kFullDisk{2};            // without a byte written to a full disk
+constexpr std::int64_t kWrittenAtOnce = 65536;
 constexpr std::size_t kMostChatter = 4096;
 
 struct Pipe {
@@ -81,19 +82,29 @@ std::int64_t ResidentMemory(pid_t process) {
     return (resident - shared) * sysconf(_SC_PAGESIZE);
 }
 
-/// Whether the disk or a limit on file sizes takes no more.
-bool IsOutOfSpace(int file, std::int64_t size) {
+/// Why a file can be given no more than `needed` bytes, if that is so.
+std::optional<std::string> LackOfSpace(int file, std::int64_t needed) {
+    struct stat status = {};
+    if (fstat(file, &status) != 0) return std::nullopt;
     rlimit largest = {};
-    if (getrlimit(RLIMIT_FSIZE, &largest) == 0 && static_cast<rlim_t>(size) >= largest.rlim_cur) return true;
+    if (getrlimit(RLIMIT_FSIZE, &largest) == 0 && largest.rlim_cur != RLIM_INFINITY &&
+        static_cast<rlim_t>(status.st_size + needed) >= largest.rlim_cur) {
+        return "the system's limit on the size of files is reached";
+    }
     struct statvfs disk = {};
-    return fstatvfs(file, &disk) == 0 && disk.f_blocks > 0 && (geteuid() == 0 ? disk.f_bfree : disk.f_bavail) == 0;
+    if (fstatvfs(file, &disk) != 0 || disk.f_blocks == 0) return std::nullopt;
+    const auto free = static_cast<std::int64_t>((geteuid() == 0 ? disk.f_bfree : disk.f_bavail) * disk.f_frsize);
+    return free <= needed ? std::optional("the disk is full") : std::nullopt;
 }
 
 std::string Crash(const Place& place, int signal) {
+    // The pages of a file that is read in place are touched by whoever works on them.
+    if (const std::string file = Work().LastReading().subject; signal == SIGBUS && !file.empty()) {
+        return file + " was cut short while it was read";
+    }
     const std::string how = std::string(" (") + strsignal(signal) + ")";
     switch (place.activity) {
         case Activity::Reading:
-            if (signal == SIGBUS) return place.subject + " was cut short while it was read";
             return place.subject + " is damaged in a way that its decoder does not survive" + how;
         case Activity::Effect:
             return "the plug-in of " + place.subject + " crashed" + how;
@@ -108,8 +119,9 @@ std::string Crash(const Place& place, int signal) {
 /// Whether a library's message says that it was given no memory.
 bool IsAboutMemory(const std::string& message) {
     const std::string words = text::LowerCase(message);
-    for (const char* phrase : {"out of memory", "insufficient memory", "not enough memory", "cannot allocate",
-                               "unable to allocate", "memory allocation", "failed to allocate", "allocation failed"}) {
+    for (const char* phrase :
+         {"out of memory", "insufficient memory", "not enough memory", "cannot allocate", "unable to allocate",
+          "memory allocation", "failed to allocate", "allocation failed", "bad_alloc"}) {
         if (words.find(phrase) != std::string::npos) return true;
     }
     return false;
@@ -117,8 +129,8 @@ bool IsAboutMemory(const std::string& message) {
 
 class Supervisor {
   public:
-    Supervisor(Session& session, const std::vector<WatchedFile>& written)
-        : session_(session), limits_(session.options.limits), written_(written) {}
+    Supervisor(Session& session, const SupervisedWork& work)
+        : session_(session), limits_(session.options.limits), written_(work.written), pictures_(work.pictures) {}
     ~Supervisor() {
         if (worker_ > 0) End();
     }
@@ -137,7 +149,7 @@ class Supervisor {
             throw WorkError(*workError_);
         }
         const Place place = Work().Crash();
-        if (IsAboutMemory(chatter_)) throw WorkError(TooMuchMemory());
+        if (IsAboutMemory(chatter_) || HadLittleMemoryLeft()) throw WorkError(TooMuchMemory());
         if (WIFSIGNALED(status)) {
             const int signal = WTERMSIG(status);
             if (signal == SIGKILL) throw WorkError("the work was killed, perhaps because memory was short");
@@ -177,7 +189,7 @@ class Supervisor {
     /// Waits a moment for messages. False when there will be no more.
     bool Look() {
         std::array<pollfd, 2> ends{pollfd{messages_.from, POLLIN, 0}, pollfd{chatterPipe_.from, POLLIN, 0}};
-        if (poll(ends.data(), ends.size(), kLook) < 0) return true;
+        if (poll(ends.data(), ends.size(), look_) < 0) return true;
         if (ends[1].revents != 0) KeepChatter();
         if (ends[0].revents != 0 &&
             !reader_.Read([this](MessageKind kind, const std::string& text) { Take(kind, text); })) {
@@ -207,7 +219,7 @@ class Supervisor {
                 usageError_ = text;
                 break;
             case MessageKind::WorkError:
-                workError_ = IsAboutMemory(text) ? TooMuchMemory() : text;
+                workError_ = IsAboutMemory(text) ? TooMuchMemory() : WithReasonOfDisk(text);
                 break;
             case MessageKind::OutOfMemory:
                 workError_ = TooMuchMemory();
@@ -233,7 +245,13 @@ class Supervisor {
             throw WorkError((place.subject.empty() ? "the work" : place.subject) + " takes longer than the " +
                             Amount(Seconds(*limits_.seconds)) + " that --limit-time allows");
         }
-        if (limits_.seconds || Work().readers == 0 || Work().effects > 0) return;
+        if (limits_.seconds) return;
+        if (const Seconds most = pictures_ * WorkTime(Work().bytes); Work().bytes > 0 && spent_ > most) {
+            const Place place = Culprit();
+            throw WorkError((place.subject.empty() ? "the work" : place.subject) + " takes longer than " +
+                            Amount(most) + ", too long for files as small as these; --limit-time SECONDS allows more");
+        }
+        if (Work().readers == 0 || Work().effects > 0) return;
         decoding_ += passed;
         const Seconds most = DecodingTime(Work().bytes, Work().pixels);
         if (decoding_ > most) {
@@ -242,9 +260,14 @@ class Supervisor {
         }
     }
 
-    void CheckMemory() const {
-        if (ResidentMemory(worker_) > MemoryLimit(limits_, Work().bytes)) throw WorkError(TooMuchMemory());
+    void CheckMemory() {
+        const std::int64_t used = ResidentMemory(worker_), most = MemoryLimit(limits_, Work().bytes);
+        if (used > most) throw WorkError(TooMuchMemory());
+        look_ = used > most / 2 ? kCloseLook : kLook;
     }
+
+    /// Libraries crash when they are refused memory. What they asked for last is not known.
+    bool HadLittleMemoryLeft() const { return Work().DataAtCrash() > DataLimit(limits_, Work().bytes) / 2; }
 
     std::string TooMuchMemory() const {
         const Place place = Culprit();
@@ -254,13 +277,26 @@ class Supervisor {
 
     /// Some encoders try for ever to write to a full disk.
     void CheckDisk(Seconds passed) {
-        for (const WatchedFile& file : written_) {
+        for (std::size_t i = 0; i < written_.size(); ++i) {
+            const WatchedFile& file = written_[i];
+            Standstill& still = standstills_[i];
             struct stat status = {};
-            if (fstat(file.descriptor, &status) != 0 || !IsOutOfSpace(file.descriptor, status.st_size)) continue;
-            fullDisk_ = status.st_size == lastSize_ ? fullDisk_ + passed : Seconds{0};
-            lastSize_ = status.st_size;
-            if (fullDisk_ > kFullDisk) throw WorkError(file.name + " cannot be written: the disk is full");
+            const auto lack = LackOfSpace(file.descriptor, 0);
+            if (!lack || fstat(file.descriptor, &status) != 0) continue;
+            still.time = status.st_size == still.size ? still.time + passed : Seconds{0};
+            still.size = status.st_size;
+            if (still.time > kFullDisk) throw WorkError(file.name + " cannot be written: " + *lack);
         }
+    }
+
+    /// Libraries say no more than that a write failed, and may not have filled the last blocks.
+    std::string WithReasonOfDisk(const std::string& message) const {
+        for (const WatchedFile& file : written_) {
+            const std::string failed = file.name + " cannot be written: ";
+            if (!message.starts_with(failed)) continue;
+            if (const auto lack = LackOfSpace(file.descriptor, kWrittenAtOnce)) return failed + *lack;
+        }
+        return message;
     }
 
     Place Culprit() const {
@@ -289,14 +325,20 @@ class Supervisor {
     Session& session_;
     const Limits& limits_;
     const std::vector<WatchedFile>& written_;
+    const int pictures_;
     const TemporaryFolder temporary_;
     Pipe messages_, chatterPipe_;
     MessageReader reader_{messages_.from};
     pid_t worker_ = 0;
 
+    int look_ = kLook;
     Clock::time_point lastLook_ = Clock::now();
-    Seconds spent_{0}, decoding_{0}, fullDisk_{0};
-    std::int64_t lastSize_ = 0;
+    Seconds spent_{0}, decoding_{0};
+    struct Standstill {
+        std::int64_t size = 0;
+        Seconds time{0};
+    };
+    std::vector<Standstill> standstills_ = std::vector<Standstill>(written_.size());
 
     bool isDone_ = false;
     std::optional<std::string> usageError_, workError_;
@@ -305,8 +347,8 @@ class Supervisor {
 
 }  // namespace
 
-void Supervise(Session& session, const std::vector<WatchedFile>& written, const std::function<void(Session&)>& work) {
-    Supervisor(session, written).Run(work);
+void Supervise(Session& session, const SupervisedWork& supervised, const std::function<void(Session&)>& work) {
+    Supervisor(session, supervised).Run(work);
 }
 
 }  // namespace ombrix::cli

@@ -1,15 +1,21 @@
 #include "cli/supervisor/worker.h"
 
+#include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <mutex>
 #include <new>
+#include <optional>
+#include <set>
 #include <sstream>
 
 #include "cli/failure.h"
@@ -17,7 +23,11 @@
 #include "cli/supervisor/cleanup.h"
 #include "cli/supervisor/limits.h"
 #include "cli/supervisor/progress_of_work.h"
+#include "cli/supervisor/sanitizers.h"
 
+#if OMBRIX_SANITIZED
+#include <sanitizer/common_interface_defs.h>
+#endif
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/lsan_interface.h>
 #endif
@@ -26,11 +36,8 @@ namespace ombrix::cli {
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool kSanitized = true;
-#else
-constexpr bool kSanitized = false;
-#endif
+/// Of this process, if it is a worker.
+std::optional<Limits> own;
 
 /// On a stack of its own, since an overflow of the main thread's is a crash too.
 void NoteCrashes() {
@@ -43,21 +50,26 @@ void NoteCrashes() {
     for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP}) sigaction(signal, &action, nullptr);
 }
 
-/// The supervisor looks at resident memory; this stops what grows faster than it looks.
-void LimitMemory(const Options& options) {
-    if (kSanitized) return;                        // shadow memory is larger than any limit
-    constexpr std::int64_t kStacks = 512'000'000;  // bytes of threads and heaps that are not used
-    const std::int64_t most = MemoryLimit(options.limits, Work().bytes);
-    const rlimit limit{static_cast<rlim_t>(most + kStacks), RLIM_INFINITY};
-    rlimit now;
-    if (getrlimit(RLIMIT_DATA, &now) == 0 && now.rlim_cur < limit.rlim_cur) return;
+void LimitMemory() {
+    if (OMBRIX_SANITIZED || !own) return;  // shadow memory is larger than any limit
+    static const rlimit given = [] {
+        rlimit limit{RLIM_INFINITY, RLIM_INFINITY};
+        getrlimit(RLIMIT_DATA, &limit);
+        return limit;
+    }();
+    const auto most = static_cast<rlim_t>(DataLimit(*own, Work().bytes));
+    const rlimit limit{std::min(most, given.rlim_cur), given.rlim_max};
     setrlimit(RLIMIT_DATA, &limit);
 }
 
 void Redirect(const WorkerPipes& pipes) {
+#if OMBRIX_SANITIZED
+    // Their reports are for whoever tests.
+    const std::intptr_t reports = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO);
+    __sanitizer_set_report_fd(reinterpret_cast<void*>(reports));
+#endif
     dup2(pipes.chatter, STDOUT_FILENO);
-    // The sanitizers' reports are for whoever tests.
-    if (!kSanitized) dup2(pipes.chatter, STDERR_FILENO);
+    dup2(pipes.chatter, STDERR_FILENO);
 }
 
 void Try(Session& session, const std::function<void(Session&)>& work, MessageWriter& messages) {
@@ -91,7 +103,8 @@ void RunWorker(Session& session, const std::function<void(Session&)>& work, Work
     const rlimit noCore{0, 0};
     setrlimit(RLIMIT_CORE, &noCore);
     NoteCrashes();
-    LimitMemory(session.options);
+    own = session.options.limits;
+    LimitMemory();
     Redirect(pipes);
     if (!temporaryFolder.empty()) setenv("TMPDIR", temporaryFolder.c_str(), 1);
     MessageWriter messages(pipes.messages);
@@ -100,6 +113,15 @@ void RunWorker(Session& session, const std::function<void(Session&)>& work, Work
     if (__lsan_do_recoverable_leak_check() != 0) _exit(23);
 #endif
     _exit(0);
+}
+
+void WillRead(const std::filesystem::path& file) {
+    static std::mutex mutex;
+    static std::set<std::filesystem::path> files;
+    const std::lock_guard lock(mutex);
+    if (!files.insert(file).second) return;
+    Work().bytes += static_cast<std::int64_t>(std::filesystem::file_size(file));
+    LimitMemory();
 }
 
 }  // namespace ombrix::cli

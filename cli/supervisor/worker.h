@@ -20,4 +20,8 @@ struct WorkerPipes {
 [[noreturn]] void RunWorker(Session& session, const std::function<void(Session&)>& work, WorkerPipes pipes,
                             pid_t supervisor, const std::filesystem::path& temporaryFolder);
 
+/// Tells the supervisor that a file is read, on which its limits depend. Call it before each file is opened; once
+/// counts.
+void WillRead(const std::filesystem::path& file);
+
 }  // namespace ombrix::cli

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <iterator>
 #include <string>
+#include <thread>
 
 #include "sdk/definition_rows.h"
 #include "sdk/host_calls.h"
@@ -22,6 +23,12 @@ struct HostileData {
 };
 
 extern REALclassDefinition HostileEffectClass;
+
+/// Memory that is never used, which a compiler may not leave out.
+void* Allocate(std::size_t bytes) {
+    void* volatile memory = std::malloc(bytes);
+    return memory;
+}
 
 void EatMemory() {
     for (;;) {
@@ -67,6 +74,20 @@ REALobjectStruct* ApplyHostile(REALobjectStruct* object, REALobjectStruct* /*sou
         case 9:
             kill(getppid(), SIGKILL);
             for (;;) usleep(1000);
+        case 10:
+            // Trying the effect comes before its picture is read.
+            (void)!truncate("mapped.ppm", 20);
+            break;
+        case 11:
+            std::thread([] { std::raise(SIGSEGV); }).join();
+            break;
+        case 12:
+            while (Allocate(1 << 26) != nullptr) {
+            }
+            std::abort();
+        case 13:
+            if (Allocate(3'000'000'000) == nullptr) std::abort();
+            break;
         default:
             break;
     }

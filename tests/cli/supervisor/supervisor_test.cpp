@@ -8,6 +8,7 @@
 #include <csignal>
 #include <thread>
 
+#include "cli/supervisor/sanitizers.h"
 #include "tests/cli/support.h"
 
 namespace ombrix::test {
@@ -44,6 +45,10 @@ class SupervisorTest : public CommandTest {
         EXPECT_TRUE(Contents() == before);
     }
 
+    static std::vector<std::string> Hostile(const std::string& deed, const std::string& picture) {
+        return {"--plugin", kHostile, "apply", "hostile", "Deed=" + deed, picture, "out.png"};
+    }
+
     /// A picture that no encoder makes small.
     static VImage Noise(int side) {
         return VImage::gaussnoise(side, side, VImage::option()->set("mean", 128)->set("sigma", 50))
@@ -67,12 +72,28 @@ TEST_F(SupervisorTest, EffectsThatMisbehave) {
              {"6", {}, "the plug-in of HostileEffect crashed (Aborted)"},
              {"7", {}, "HostileEffect gave no picture and no reason"},
              {"8", {}, "the work was killed"},
+             {"11", {}, "the plug-in of HostileEffect crashed"},
          }) {
-        std::vector<std::string> words = {"--plugin", kHostile, "apply", "hostile", std::string("Deed=") + each.deed};
+        std::vector<std::string> words = Hostile(each.deed, "in.png");
         words.insert(words.end(), each.options.begin(), each.options.end());
-        words.insert(words.end(), {"in.png", "out.png"});
         ExpectFailure(words, each.part);
     }
+}
+
+TEST_F(SupervisorTest, AFileThatShrinksWhileItIsReadIsToBlame) {
+    Noise(80).write_to_file(Path("whole.pgm").c_str());
+    fs::rename(Path("whole.pgm"), Path("mapped.ppm"));
+    const Outcome run = Run(Hostile("10", "mapped.ppm"));
+    EXPECT_EQ(run.err, "ombrix: mapped.ppm was cut short while it was read\n");
+}
+
+TEST_F(SupervisorTest, LimitsGoByTheSizeOfTheFile) {
+    if (OMBRIX_SANITIZED) GTEST_SKIP() << "sanitizers take any amount of memory, and time";
+    ExpectFailure(Hostile("2", "in.png"), "HostileEffect takes longer than 4.5 seconds, too long for files");
+    ExpectFailure(Hostile("12", "in.png"), "HostileEffect needs more than the 900 MB of memory");
+    ExpectFailure(Hostile("13", "in.png"), "the plug-in of HostileEffect crashed");
+    Noise(2000).write_to_file(Path("large.png").c_str());
+    ExpectFailure(Hostile("13", "large.png"), "HostileEffect gave no picture");
 }
 
 TEST_F(SupervisorTest, TheWorkEndsWithItsSupervisor) {
@@ -192,7 +213,7 @@ TEST_F(SupervisorTest, ADiskThatIsFullIsSaidSo) {
     for (const char* kind : {"png", "jpg", "tif", "webp", "ppm", "jp2", "jxl", "v", "bmp"}) {
         const Outcome run = Run({"apply", "invert", "noise.png", std::string("written/out.") + kind});
         EXPECT_EQ(run.status, 1) << kind;
-        EXPECT_THAT(run.err, HasSubstr("cannot be written"));
+        EXPECT_THAT(run.err, HasSubstr("cannot be written: the disk is full"));
         EXPECT_TRUE(fs::is_empty(Path("written"))) << kind;
     }
     umount(Path("written").c_str());
@@ -212,6 +233,17 @@ TEST_F(SupervisorTest, WhatIsReplacedPassesOnItsRights) {
     if (isRoot) {
         EXPECT_EQ(std::pair(status.st_uid, status.st_gid), (std::pair<uid_t, gid_t>(1234, 2345)));
     }
+}
+
+TEST_F(SupervisorTest, LinksThatOthersLayAreNotFollowed) {
+    if (geteuid() != 0) GTEST_SKIP() << "no file can be another user's";
+    fs::create_symlink(Path("in.png"), Path("written/link.png"));
+    ASSERT_EQ(lchown(Path("written/link.png").c_str(), 65534, 65534), 0);
+    WriteColour("source.png", {1, 2, 3});
+    fs::permissions(Path("written"), fs::perms::all | fs::perms::sticky_bit);
+    ExpectFailure({"apply", "invert", "source.png", "written/link.png", "--force"}, "is another user's link");
+    fs::permissions(Path("written"), fs::perms::owner_all);
+    EXPECT_EQ(Run({"apply", "invert", "source.png", "written/link.png", "--force"}).err, "");
 }
 
 TEST_F(SupervisorTest, ReadOnlyFilesNeedForce) {
