@@ -1,6 +1,8 @@
 #include "cli/supervisor/cleanup.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,10 +10,15 @@
 #include <atomic>
 #include <climits>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
+#include <random>
 #include <stdexcept>
+#include <string>
 #include <system_error>
+#include <utility>
 
 namespace ombrix::cli {
 
@@ -29,7 +36,7 @@ struct Name {
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<pid_t>::is_always_lock_free);
 
 Name files[kMostFiles];
-Name folder;
+Name* folder = nullptr;  // both processes have it
 std::atomic<pid_t> worker{0};
 
 void Set(Name& name, const fs::path& path) {
@@ -73,7 +80,7 @@ void OnSignal(int signal) {
     for (const Name& file : files) {
         if (file.isSet) unlink(file.text);
     }
-    if (folder.isSet) RemoveFolder(folder.text);
+    if (folder != nullptr && folder->isSet) RemoveFolder(folder->text);
     // SA_RESETHAND has restored the default action, which ends the process.
     raise(signal);
 }
@@ -88,25 +95,34 @@ RemovedOnSignals::RemovedOnSignals(const fs::path& file) {
 RemovedOnSignals::~RemovedOnSignals() { files[place_].isSet = false; }
 
 TemporaryFolder::TemporaryFolder() {
-    const char* given = std::getenv("TMPDIR");
-    std::string name = fs::path(given != nullptr && *given != '\0' ? given : "/tmp") / "ombrix-XXXXXX";
-    sigset_t all, before;
-    sigfillset(&all);
-    // Its name is known only when it is there.
-    sigprocmask(SIG_SETMASK, &all, &before);
-    if (name.size() < PATH_MAX && mkdtemp(name.data()) != nullptr) {
-        path_ = name;
-        Set(folder, path_);
-    }
-    sigprocmask(SIG_SETMASK, &before, nullptr);
+    void* memory = mmap(nullptr, sizeof(Name), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED) throw std::bad_alloc();
+    folder = new (memory) Name;
 }
 
 TemporaryFolder::~TemporaryFolder() {
-    if (path_.empty()) return;
-    RemoveFolder(path_.c_str());
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-    folder.isSet = false;
+    if (folder->isSet) {
+        RemoveFolder(folder->text);
+        std::error_code ignored;
+        fs::remove_all(folder->text, ignored);
+    }
+    Name* const gone = std::exchange(folder, nullptr);
+    munmap(gone, sizeof *gone);
+}
+
+fs::path TemporaryFolder::Make() const {
+    const char* given = std::getenv("TMPDIR");
+    const fs::path parent = given != nullptr && *given != '\0' ? given : "/tmp";
+    std::random_device random;
+    char number[17];
+    std::snprintf(number, sizeof number, "%08x%08x", random(), random());
+    const fs::path path = parent / ("ombrix-" + std::string(number));
+    if (path.native().size() >= PATH_MAX) return {};
+    // Known before it is there, or a signal could come between.
+    Set(*folder, path);
+    if (mkdir(path.c_str(), 0700) == 0) return path;
+    folder->isSet = false;
+    return {};
 }
 
 void KillOnSignals(pid_t child) { worker = child; }

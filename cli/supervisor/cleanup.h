@@ -22,19 +22,18 @@ class RemovedOnSignals {
     std::size_t place_ = 0;
 };
 
-/// A private folder for the temporary files of libraries. Goes with the object or the process, and all files in it.
+/// A private folder for the temporary files of libraries, and all files in it. A worker makes it, and whichever of the
+/// worker and its supervisor ends last takes it away.
 class TemporaryFolder {
   public:
-    /// In TMPDIR or /tmp. Path() is empty when none can be made there; libraries that need one say so.
+    /// The supervisor's, before it starts the worker. Makes nothing yet. A std::bad_alloc when memory is short.
     TemporaryFolder();
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-    const std::filesystem::path& Path() const { return path_; }
-
-  private:
-    std::filesystem::path path_;
+    /// Makes it in TMPDIR or /tmp. Empty when none can be made there; libraries that need one say so.
+    std::filesystem::path Make() const;
 };
 
 /// The process to kill when a signal ends this one; 0 for none.

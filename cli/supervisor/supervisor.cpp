@@ -176,7 +176,7 @@ class Supervisor {
         if (worker_ == 0) {
             KillOnSignals(0);
             sigprocmask(SIG_SETMASK, &before, nullptr);
-            RunWorker(session_, work, {messages_.to, chatterPipe_.to}, supervisor, temporary_.Path());
+            RunWorker(session_, work, {messages_.to, chatterPipe_.to}, supervisor, temporary_);
         }
         const int error = errno;
         KillOnSignals(worker_);

@@ -96,7 +96,7 @@ void Try(Session& session, const std::function<void(Session&)>& work, MessageWri
 }  // namespace
 
 void RunWorker(Session& session, const std::function<void(Session&)>& work, WorkerPipes pipes, pid_t supervisor,
-               const std::filesystem::path& temporaryFolder) {
+               const TemporaryFolder& temporary) {
     prctl(PR_SET_PDEATHSIG, SupervisorDiedSignal());
     // It may have died before.
     if (getppid() != supervisor) raise(SupervisorDiedSignal());
@@ -106,7 +106,7 @@ void RunWorker(Session& session, const std::function<void(Session&)>& work, Work
     own = session.options.limits;
     LimitMemory();
     Redirect(pipes);
-    if (!temporaryFolder.empty()) setenv("TMPDIR", temporaryFolder.c_str(), 1);
+    if (const std::filesystem::path folder = temporary.Make(); !folder.empty()) setenv("TMPDIR", folder.c_str(), 1);
     MessageWriter messages(pipes.messages);
     Try(session, work, messages);
 #if defined(__SANITIZE_ADDRESS__)

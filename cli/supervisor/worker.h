@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "cli/session.h"
+#include "cli/supervisor/cleanup.h"
 
 namespace ombrix::cli {
 
@@ -18,10 +19,10 @@ struct WorkerPipes {
 
 /// Works, tells the supervisor what came of it, and ends the process without the parent's destructors.
 [[noreturn]] void RunWorker(Session& session, const std::function<void(Session&)>& work, WorkerPipes pipes,
-                            pid_t supervisor, const std::filesystem::path& temporaryFolder);
+                            pid_t supervisor, const TemporaryFolder& temporary);
 
-/// Tells the supervisor that a file is read, on which its limits depend. Call it before each file is opened; once
-/// counts.
+/// Says that a file is read, on whose size the limits depend: before the work begins if it is known by then, otherwise
+/// before the file is opened. A file counts once.
 void WillRead(const std::filesystem::path& file);
 
 }  // namespace ombrix::cli

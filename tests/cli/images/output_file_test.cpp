@@ -95,7 +95,7 @@ TEST_F(OutputFileTest, InterruptsLeaveNothingBehind) {
             kill(child, signal);
             EXPECT_EQ(Finish(child).status, -signal);
             // The worker of one that was killed ends by itself.
-            for (int tries = 0; tries < 200 && !fs::is_empty(Path("temporary")); ++tries) {
+            for (int tries = 0; tries < 3000 && !fs::is_empty(Path("temporary")); ++tries) {
                 std::this_thread::sleep_for(std::chrono::milliseconds(10));
             }
             fs::remove(Path("temporary"));
