@@ -82,7 +82,8 @@ host::Picture DrawMask(Session& session, int width, int height) {
     VipsBlob* bytes = vips_blob_copy(drawing.data(), drawing.size());
     const VImage image = VImage::svgload_buffer(bytes);
     vips_area_unref(VIPS_AREA(bytes));
-    return PictureOf(session.host, ToSrgb(image, "the mask", session.console), session.console);
+    Losses none(session.console, false);
+    return PictureOf(session.host, ToSrgb(image, "the mask", none), session.console);
 }
 
 }  // namespace

@@ -2,25 +2,19 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <string_view>
 #include <vector>
+
+#include "cli/failure.h"
+#include "cli/images/colour_profile.h"
+#include "cli/images/image_reader.h"
+#include "text/phrases.h"
 
 namespace ombrix::cli {
 
 using vips::VImage;
 
 namespace {
-
-/// libvips' packed forms as plain bands.
-VImage Unpacked(const VImage& image) {
-    switch (image.coding()) {
-        case VIPS_CODING_RAD:
-            return image.rad2float();
-        case VIPS_CODING_LABQ:
-            return image.LabQ2Lab();
-        default:
-            return image;
-    }
-}
 
 /// What the bands mean. A guess where the file does not say it usefully.
 VipsInterpretation Meaning(const VImage& image) {
@@ -34,39 +28,71 @@ VipsInterpretation Meaning(const VImage& image) {
     return grey ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_sRGB;
 }
 
-VImage Transformed(const VImage& image) {
+/// Whether the channels are those of a device, which a profile describes.
+bool IsOfDevice(VipsInterpretation meaning) {
+    switch (meaning) {
+        case VIPS_INTERPRETATION_sRGB:
+        case VIPS_INTERPRETATION_RGB:
+        case VIPS_INTERPRETATION_RGB16:
+        case VIPS_INTERPRETATION_B_W:
+        case VIPS_INTERPRETATION_GREY16:
+        case VIPS_INTERPRETATION_CMYK:
+            return true;
+        default:
+            return false;
+    }
+}
+
+/// Transforms by the embedded profile.
+VImage Transformed(const VImage& image, VipsIntent intent) {
     return image.icc_transform("srgb", VImage::option()
                                            ->set("embedded", true)
-                                           ->set("intent", VIPS_INTENT_RELATIVE)
-                                           ->set("black_point_compensation", true)
+                                           ->set("intent", intent)
+                                           ->set("black_point_compensation", intent == VIPS_INTENT_RELATIVE)
                                            ->set("depth", 8));
 }
 
 /// Whether the embedded profile is practically sRGB, as in most photos: converting these would only round them. Tries
-/// colours from all over the cube.
-bool IsPracticallySrgb(const VImage& image) {
-    if (image.bands() < 3 || image.interpretation() != VIPS_INTERPRETATION_sRGB) return false;
-    constexpr int kSteps = 16;
+/// greys, and colours from all over the cube.
+bool IsPracticallySrgb(const VImage& image, VipsIntent intent) {
+    if (image.interpretation() == VIPS_INTERPRETATION_CMYK) return false;
+    constexpr int kSteps = 16, kStep = 17, kColours = kSteps * kSteps * kSteps;
     std::vector<std::uint8_t> colours;
-    for (int red = 0; red < kSteps; ++red) {
-        for (int green = 0; green < kSteps; ++green) {
-            for (int blue = 0; blue < kSteps; ++blue) {
-                for (const int level : {red, green, blue}) colours.push_back(static_cast<std::uint8_t>(level * 17));
-            }
+    for (int i = 0; i < kColours; ++i) {
+        for (const int level : {i / kSteps / kSteps, i / kSteps % kSteps, i % kSteps}) {
+            colours.push_back(static_cast<std::uint8_t>(level * kStep));
         }
     }
+    const VImage cube = VImage::new_from_memory(colours.data(), colours.size(), kColours, 1, 3, VIPS_FORMAT_UCHAR);
+    const bool isGrey = image.bands() < 3;
     VImage probe =
-        VImage::new_from_memory(colours.data(), colours.size(), kSteps * kSteps, kSteps, 3, VIPS_FORMAT_UCHAR)
-            .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
+        (isGrey ? cube[0] : cube)
+            .copy(VImage::option()->set("interpretation", isGrey ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_sRGB));
     std::size_t size = 0;
     const void* profile = image.get_blob(VIPS_META_ICC_NAME, &size);
     vips_image_set_blob_copy(probe.get_image(), VIPS_META_ICC_NAME, profile, size);
-    return (Transformed(probe) - probe).abs().max() <= 1;
+    return (Transformed(probe, intent) - probe).abs().max() <= 1;
 }
 
-VImage FollowProfile(const VImage& image) {
-    const bool eightBits = image.format() == VIPS_FORMAT_UCHAR;
-    return eightBits && IsPracticallySrgb(image) ? image : Transformed(image);
+VImage FollowProfile(const VImage& image, VipsIntent intent, bool isSrgb) {
+    // Other formats are taken for 8 bits.
+    const bool isDeep = image.format() != VIPS_FORMAT_UCHAR && image.format() != VIPS_FORMAT_USHORT;
+    const VImage levels = isDeep ? image.cast(VIPS_FORMAT_UCHAR) : image;
+    if (levels.format() == VIPS_FORMAT_UCHAR) return isSrgb ? levels : Transformed(levels, intent);
+    if (!levels.has_alpha()) return Transformed(levels, intent);
+    // libvips leaves what is no colour at its depth.
+    const int alpha = levels.bands() - 1;
+    const VImage colours = Transformed(levels.extract_band(0, VImage::option()->set("n", alpha)), intent);
+    return colours.bandjoin(levels[alpha].cast(VIPS_FORMAT_UCHAR, VImage::option()->set("shift", true)));
+}
+
+/// Frames and planes of instruments.
+void RefusePlanes(const VImage& image, const std::filesystem::path& file) {
+    const bool isFits = image.get_typeof(VIPS_META_LOADER) != 0 &&
+                        std::string_view(image.get_string(VIPS_META_LOADER)).starts_with("fits");
+    if (!isFits || image.bands() <= 3) return;
+    throw WorkError(file.string() + " has " + std::to_string(image.bands()) +
+                    " planes, which are no red, green and blue");
 }
 
 }  // namespace
@@ -88,24 +114,32 @@ std::string DepthAbove8Bits(const VImage& image) {
     }
 }
 
-VImage ToSrgb(VImage image, const std::filesystem::path& file, Console& console) {
-    image = Unpacked(image);
-    if (image.format() == VIPS_FORMAT_UINT) {
-        image = image.cast(VIPS_FORMAT_USHORT, VImage::option()->set("shift", true));
-    }
-    image = image.copy(VImage::option()->set("interpretation", Meaning(image)));
+VImage ToSrgb(VImage image, const std::filesystem::path& file, Losses& losses) {
+    RefusePlanes(image, file);
+    if (image.coding() == VIPS_CODING_RAD) image = image.rad2float();
+    if (image.coding() == VIPS_CODING_NONE) image = image.copy(VImage::option()->set("interpretation", Meaning(image)));
     bool converted = false;
-    if (image.get_typeof(VIPS_META_ICC_NAME) != 0) {
-        try {
-            image = FollowProfile(image);
+    try {
+        const bool isDevice = image.coding() == VIPS_CODING_NONE && IsOfDevice(image.interpretation());
+        if (const auto profile = isDevice ? ProfileOf(image) : std::nullopt; profile && profile->intent) {
+            const bool isSrgb = IsPracticallySrgb(image, *profile->intent);
+            image = FollowProfile(image, *profile->intent, isSrgb);
             converted = true;
-        } catch (const vips::VError&) {
-            vips_error_clear();
-            console.Note("the colour profile of " + file.string() + " cannot be used and is left aside");
+            const std::string name =
+                "colour profile" + (profile->name.empty() ? "" : " " + text::Quoted(profile->name));
+            if (!isSrgb) {
+                losses.Add(file.string() + " has the " + name + "; its colours are converted to sRGB", "its " + name);
+            }
+        } else if (profile) {
+            losses.Add("the colour profile of " + file.string() + " cannot be used and is left aside",
+                       "its colour profile, which cannot be used");
         }
-    }
-    if (!converted || image.interpretation() != VIPS_INTERPRETATION_sRGB) {
-        image = image.colourspace(VIPS_INTERPRETATION_sRGB);
+        if (!converted && image.interpretation() == VIPS_INTERPRETATION_CMYK) {
+            losses.Add(file.string() + " has CMYK colours; they are converted to sRGB", "its CMYK colours");
+        }
+        if (image.interpretation() != VIPS_INTERPRETATION_sRGB) image = image.colourspace(VIPS_INTERPRETATION_sRGB);
+    } catch (const vips::VError&) {
+        throw WorkError("the colours of " + file.string() + " cannot be converted to sRGB: " + TakeLibraryMessage());
     }
     if (image.format() != VIPS_FORMAT_UCHAR) image = image.cast(VIPS_FORMAT_UCHAR);
     // libvips leaves grey as it is, and channels beyond alpha.

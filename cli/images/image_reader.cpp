@@ -191,7 +191,7 @@ OpenedImage OpenImage(Session& session, const fs::path& file, const WantedPages&
         if (pageHeight == image.height()) image = AsOnePage(image);
         OpenedImage opened{file, image, pageHeight, {}};
         opened.origin.metadata = MetadataOf(image);
-        opened.image = ToSrgb(image, file, session.console);
+        opened.image = ToSrgb(image, file, losses);
         opened.origin.hasAlpha = opened.image.bands() == 4;
         return opened;
     } catch (const vips::VError&) {

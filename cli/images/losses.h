@@ -18,6 +18,7 @@ class Losses {
     /// `note` is a sentence for a result in another file: "a.tif has 3 pages; the first is used". `what` is for the
     /// file itself: "all pages but the first".
     void Add(const std::string& note, const std::string& what);
+    bool AreRefused() const { return areRefused_; }
 
     /// A WorkError that names all that `file` would lose, if that is refused.
     void Check(const std::filesystem::path& file) const;
