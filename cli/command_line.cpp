@@ -111,9 +111,10 @@ class Parser {
             ->allow_extra_args(false);
         add("--cores", "N|auto|all", "Cores that an effect may use: 1 to 8, auto or all",
             [&options](const std::string& word) { options.cores = ParseCores(word); });
-        add("--quality", "N", "Quality for .jpg, .webp and other lossy files, 1 to 100 (90)",
+        add("--quality", "N|keep", "Quality for .jpg, .webp and other lossy files, 1 to 100 (90), or a JPEG file's own",
             [&options](const std::string& word) {
-                options.quality = static_cast<int>(ParseCount("--quality", word, 1, 100));
+                options.keepQuality = text::SameName(word, "keep");
+                if (!options.keepQuality) options.quality = static_cast<int>(ParseCount("--quality", word, 1, 100));
             });
         add("--max-pixels", "N",
             "Refuse images of more pixels than this; without it, than a file of that size is likely to have",
@@ -128,6 +129,7 @@ class Parser {
                           "Try every kind of file that libvips reads, not only trusted ones");
         program_.add_flag("--allow-damaged", options.allowDamaged, "Take what can be read of a damaged file");
         program_.add_flag("--force", options.force, "Replace the output file if it exists");
+        program_.add_flag("--strip", options.strip, "Write no metadata: no EXIF, XMP, IPTC, comments, profile");
         program_.add_flag("--quiet", options.quiet, "No notes and no progress line on standard error");
     }
 

@@ -12,6 +12,7 @@
 #include "cli/images/chain.h"
 #include "cli/images/picture_work.h"
 #include "cli/images/result_file.h"
+#include "cli/images/source_losses.h"
 #include "cli/reflection.h"
 #include "cli/settings.h"
 #include "cli/value_check.h"
@@ -28,13 +29,17 @@ Examples:
   ombrix apply sepia 30 photo.jpg old.jpg
   ombrix apply blend overlay logo.png Location=-20,40 photo.jpg out.png
   ombrix apply invert --mask spot.png --then sepia 20 photo.png out.webp --quality 80
+  ombrix apply sepia 30 photo.jpg old.tif[compression=deflate]
   ombrix apply sepia SepiaValue=30 --in-place photo.jpg
 
 EFFECT is a class in any case, with or without its ending "Effect"; "apply" itself may be left out. NAME=VALUE sets one
 of its properties, which "ombrix list EFFECT" shows, and a VALUE alone the next of those that "ombrix EFFECT --help"
 shows in its usage. A value is a number, 60%, the name of a constant, true or false, x,y for a point, or an image file;
 NAME= removes an object. The last two words are INPUT and OUTPUT. Write ./a=b.png for a file whose name looks like
-NAME=VALUE.)";
+NAME=VALUE.
+
+OUTPUT may end with options of its writer, by the names that libvips uses: out.webp[lossless],
+out.jpg[Q=85,subsample-mode=off,interlace], out.png[compression=9], out.avif[lossless].)";
 
 constexpr const char* kUsage =
     R"(  ombrix apply EFFECT [VALUE ...] [NAME=VALUE ...] [--mask FILE] [--then EFFECT ...] INPUT OUTPUT
@@ -222,13 +227,14 @@ class Apply : public Command {
     }
 
     void Run(Session& session) override {
-        const std::filesystem::path input = files_.front(), output = files_.back();
+        const std::filesystem::path input = files_.front();
+        const OutputName output = inPlace_ ? OutputName{input, {}} : ParseOutputName(files_.back());
         // Finds every mistake in the command line and the files before any work is done.
         std::vector<PlannedStep> steps;
         for (const Step& step : steps_) steps.push_back(Plan(session, step, inPlace_));
         if (!inPlace_) RefuseValueAsInput(session.host, steps_.back(), files_);
-        CheckFiles(input, inPlace_ ? nullptr : &output, steps);
-        ResultFile result(output, MayReplace(session.options), session.options.quality);
+        CheckFiles(input, inPlace_ ? nullptr : &output.file, steps);
+        ResultFile result(output, MayReplace(session.options), session.options);
         WorkOnPictures(session, {&result.File()}, [&](Session& worker) { Work(worker, steps, result); });
         result.File().Commit();
     }
@@ -240,10 +246,13 @@ class Apply : public Command {
     }
 
     void Work(Session& session, const std::vector<PlannedStep>& steps, ResultFile& result) const {
-        const std::filesystem::path input = files_.front(), output = files_.back();
+        result.CheckOptions();
+        const std::filesystem::path input = files_.front();
         for (const PlannedStep& step : steps) CheckValues(session, step.type, step.properties);
+        if (session.options.keepQuality) result.KeepQualityOf(input);
         Losses losses(session.console, inPlace_ && !session.options.force);
         const OpenedImage source = OpenImage(session, input, {page_, HoldsPages(result.Format().writer)}, losses);
+        TellLosses(input, source.origin, result, losses);
         losses.Check(input);
         Chain chain(session, source);
         for (const PlannedStep& step : steps) chain.Add(step);
@@ -253,7 +262,7 @@ class Apply : public Command {
             result.Write(session, chain.Image(), source.origin, [&chain] { chain.CheckTheRest(); });
         } catch (const vips::VError&) {
             chain.Rethrow();
-            throw WorkError(output.string() + " cannot be written: " + TakeLibraryMessage());
+            throw WorkError(result.File().Target().string() + " cannot be written: " + TakeLibraryMessage());
         }
     }
 

@@ -13,6 +13,7 @@
 #include "cli/images/image_reader.h"
 #include "cli/images/picture_work.h"
 #include "cli/images/result_file.h"
+#include "cli/images/source_losses.h"
 #include "cli/outcome.h"
 #include "cli/reflection.h"
 #include "cli/settings.h"
@@ -48,7 +49,7 @@ struct GivenCall {
     std::string owner;  ///< class or module
     std::string method;
     std::vector<Setting> settings;  ///< arguments, and properties of the class
-    std::optional<std::filesystem::path> output;
+    std::optional<OutputName> output;
 };
 
 UsageError NoMethod(const host::Host& host, const Owner& owner, const std::string& name) {
@@ -179,10 +180,10 @@ PlannedCall Plan(Session& session, const GivenCall& given) {
     return call;
 }
 
-void CheckFiles(const std::vector<PlannedSetting>& settings, const std::optional<std::filesystem::path>& output) {
+void CheckFiles(const std::vector<PlannedSetting>& settings, const std::optional<OutputName>& output) {
     for (const PlannedSetting& setting : settings) {
         if (!setting.File()) continue;
-        if (output) RefuseSameFile(*setting.File(), *output);
+        if (output) RefuseSameFile(*setting.File(), output->file);
         CheckImageFile(*setting.File());
     }
 }
@@ -272,16 +273,17 @@ class Call : public Command {
         }
         if (files.empty()) return;
         RefuseEmpty(files.front(), "OUTPUT");
-        given_.output = files.front();
+        given_.output = ParseOutputName(files.front());
     }
 
     void Run(Session& session) override {
         const PlannedCall call = Plan(session, given_);
         CheckFiles(call.Settings(), given_.output);
         std::optional<ResultFile> output;
-        if (given_.output)
+        if (given_.output) {
             output.emplace(*given_.output, session.options.force ? Replace::Anything : Replace::Nothing,
-                           session.options.quality);
+                           session.options);
+        }
 
         std::vector<const OutputFile*> written;
         if (output) written.push_back(&output->File());
@@ -290,13 +292,28 @@ class Call : public Command {
     }
 
   private:
+    static void Prepare(const Session& session, const PlannedCall& call, ResultFile& output) {
+        output.CheckOptions();
+        if (!session.options.keepQuality) return;
+        const std::vector<PlannedSetting> settings = call.Settings();
+        const auto source =
+            std::ranges::find_if(settings, [](const auto& setting) { return setting.File() != nullptr; });
+        if (source == settings.end()) throw UsageError("--quality keep is for calls that read a picture");
+        output.KeepQualityOf(*source->File());
+    }
+
     static void Work(Session& session, const PlannedCall& call, std::optional<ResultFile>& output) {
+        if (output) Prepare(session, call, *output);
         CheckArguments(session, call);
         RefuseNumbers(session, call);
         std::vector<GivenPicture> pictures;
         const host::Value result = Make(session, call, pictures);
 
         const ImageOrigin origin = pictures.empty() ? ImageOrigin{} : pictures.front().read.origin;
+        if (output && !pictures.empty()) {
+            Losses losses(session.console, false);
+            TellLosses(*pictures.front().setting.File(), origin, *output, losses);
+        }
         if (call.outcome == Outcome::ChangedPicture) {
             output->Write(session, pictures.front().read.picture, origin);
         } else if (call.outcome == Outcome::Picture) {

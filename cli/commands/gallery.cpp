@@ -83,6 +83,7 @@ class Gallery : public Command {
     }
 
     void Run(Session& session) override {
+        if (session.options.keepQuality) throw UsageError("--quality keep is for apply and call");
         CheckFiles();
         std::optional<OutputFile> page;
         const Replace replace = session.options.force ? Replace::Anything : Replace::Nothing;
@@ -93,7 +94,9 @@ class Gallery : public Command {
         }
         // --quality is for the page's pictures. The sheet may be a file that has none.
         std::optional<ResultFile> sheet;
-        if (!sheet_.empty()) sheet.emplace(sheet_, replace, std::nullopt);
+        Options options = session.options;
+        options.quality.reset();
+        if (!sheet_.empty()) sheet.emplace(ParseOutputName(sheet_), replace, options);
         if (sheet) written.push_back(&sheet->File());
         WorkOnPictures(
             session, written, [&](Session& worker) { Work(worker, page, sheet); }, kPictures);
@@ -104,6 +107,7 @@ class Gallery : public Command {
 
   private:
     void Work(Session& session, std::optional<OutputFile>& page, std::optional<ResultFile>& sheet) const {
+        if (sheet) sheet->CheckOptions();
         try {
             const Originals originals(session, request_.picture, request_.fill, request_.mask, request_.size);
             const GalleryContent content = MakeContent(session, request_, originals);
@@ -121,7 +125,7 @@ class Gallery : public Command {
         }
         for (const fs::path& file : read) {
             for (const std::string& written : {page_, sheet_}) {
-                if (!written.empty()) RefuseSameFile(file, written);
+                if (!written.empty()) RefuseSameFile(file, ParseOutputName(written).file);
             }
         }
         for (const fs::path& file : read) CheckImageFile(file);

@@ -8,7 +8,6 @@
 #include "cli/failure.h"
 #include "cli/images/accepted_kinds.h"
 #include "cli/images/colour.h"
-#include "cli/images/metadata.h"
 #include "cli/supervisor/limits.h"
 #include "cli/supervisor/progress_of_work.h"
 #include "cli/supervisor/worker.h"
@@ -190,7 +189,7 @@ OpenedImage OpenImage(Session& session, const fs::path& file, const WantedPages&
         const int pageHeight = PageHeight(image);
         if (pageHeight == image.height()) image = AsOnePage(image);
         OpenedImage opened{file, image, pageHeight, {}};
-        opened.origin.metadata = MetadataOf(image);
+        opened.origin.metadata = MetadataOf(image, file);
         opened.image = ToSrgb(image, file, losses);
         opened.origin.hasAlpha = opened.image.bands() == 4;
         return opened;

@@ -9,6 +9,7 @@
 #include "cli/console.h"
 #include "cli/failure.h"
 #include "cli/images/losses.h"
+#include "cli/images/metadata.h"
 #include "cli/images/pages.h"
 #include "cli/session.h"
 #include "ombrix/host.h"
@@ -18,7 +19,7 @@ namespace ombrix::cli {
 /// What an image file holds beside its colours.
 struct ImageOrigin {
     bool hasAlpha = false;  ///< without alpha, all pixels are opaque
-    vips::VImage metadata;  ///< see MetadataOf
+    Metadata metadata;
 };
 
 /// An image whose pixels are decoded when they are asked for, from top to bottom.

@@ -24,7 +24,8 @@ int PageCount(const VImage& image) {
 }
 
 bool HoldsPages(std::string_view writer) {
-    return writer == "gifsave" || writer == "webpsave" || writer == "tiffsave" || writer == "vipssave";
+    return writer == "gifsave_target" || writer == "webpsave_target" || writer == "tiffsave_target" ||
+           writer == "vipssave";
 }
 
 int PageHeight(const VImage& image) { return vips_image_get_page_height(image.get_image()); }

@@ -1,6 +1,7 @@
 #include "cli/images/result_file.h"
 
 #include "cli/failure.h"
+#include "cli/images/jpeg_file.h"
 #include "cli/supervisor/progress_of_work.h"
 
 namespace ombrix::cli {
@@ -9,12 +10,6 @@ namespace {
 
 constexpr std::string_view kUtilities = "OmbrixUtilities";
 constexpr std::string_view kConvert = "EnsurePictureCompatible";
-
-const OutputFormat& CheckedFormat(const std::filesystem::path& target, std::optional<int> quality) {
-    const OutputFormat& format = FormatFor(target);
-    CheckQuality(format, quality);
-    return format;
-}
 
 }  // namespace
 
@@ -29,9 +24,17 @@ host::Picture Usable(host::Host& host, const host::Picture& picture) {
     return converted;
 }
 
-ResultFile::ResultFile(const std::filesystem::path& target, Replace replace, std::optional<int> quality)
-    : format_(CheckedFormat(target, quality)), quality_(quality), file_(target, replace) {
+ResultFile::ResultFile(const OutputName& output, Replace replace, const Options& options)
+    : output_(output), encoding_(EncodingFor(output, options)), file_(output.file, replace) {
     file_.Create();
+}
+
+void ResultFile::KeepQualityOf(const std::filesystem::path& file) {
+    const auto quality = ReadJpegQuality(file);
+    if (!quality) throw WorkError(file.string() + " is no JPEG file, so --quality keep has nothing to keep");
+    encoding_.quality = quality->quality;
+    encoding_.Prefer("subsample-mode", quality->hasHalfChroma ? "on" : "off");
+    if (quality->isProgressive) encoding_.Prefer("interlace", "true");
 }
 
 void ResultFile::Write(Session& session, const host::Picture& picture, const ImageOrigin& origin) {
@@ -48,7 +51,7 @@ void ResultFile::Write(Session& session, const host::Picture& picture, const Ima
 void ResultFile::Write(Session& session, const vips::VImage& image, const ImageOrigin& origin,
                        const std::function<void()>& check) {
     const Doing writing(Activity::Writing, file_.Target().string());
-    WriteImage(image, origin, format_, quality_, file_.NameOfDescriptor(), file_.Target(), session.console);
+    WriteImage(image, origin, encoding_, file_.Descriptor(), file_.Target(), session.console);
     if (check) check();
 }
 

@@ -3,7 +3,6 @@
 
 #include <filesystem>
 #include <functional>
-#include <optional>
 
 #include "cli/images/image_writer.h"
 #include "cli/images/output_file.h"
@@ -18,14 +17,20 @@ host::Picture Usable(host::Host& host, const host::Picture& picture);
 /// A command's output file. Construct it before the work, to find mistakes first.
 class ResultFile {
   public:
-    /// A UsageError or WorkError when there can be no such file. The quality is 1 to 100.
-    ResultFile(const std::filesystem::path& target, Replace replace, std::optional<int> quality);
+    /// A UsageError or WorkError when there can be no such file.
+    ResultFile(const OutputName& output, Replace replace, const Options& options);
+    /// A UsageError when an option of the writer means nothing. Call it before the work, once libvips has started.
+    void CheckOptions() const { CheckWriterOptions(output_); }
+
+    /// Writes as good as a JPEG file is. A WorkError when it is none. Call it before the work.
+    void KeepQualityOf(const std::filesystem::path& file);
+
+    const Encoding& HowToWrite() const { return encoding_; }
+    const OutputFormat& Format() const { return encoding_.format; }
 
     /// The file to write into, created at once. What was written takes its place at its Commit.
     OutputFile& File() { return file_; }
     const OutputFile& File() const { return file_; }
-
-    const OutputFormat& Format() const { return format_; }
 
     /// `check` is called when all is written and may throw. A vips::VError when pixels cannot be
     /// computed.
@@ -35,8 +40,8 @@ class ResultFile {
     void Write(Session& session, const host::Picture& picture, const ImageOrigin& origin);
 
   private:
-    const OutputFormat& format_;
-    const std::optional<int> quality_;
+    const OutputName output_;
+    Encoding encoding_;
     OutputFile file_;
 };
 
