@@ -116,6 +116,8 @@ class Parser {
                 options.keepQuality = text::SameName(word, "keep");
                 if (!options.keepQuality) options.quality = static_cast<int>(ParseCount("--quality", word, 1, 100));
             });
+        add("--format", "SUFFIX", "Kind of file to write, such as png; without it, by the output's suffix",
+            [&options](const std::string& word) { options.format = word; });
         add("--max-pixels", "N",
             "Refuse images of more pixels than this; without it, than a file of that size is likely to have",
             [&options](const std::string& word) {

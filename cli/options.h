@@ -19,6 +19,7 @@ struct Options {
     std::optional<std::int64_t> cores;  ///< 0: the effect chooses; -1: all
     std::optional<int> quality;         ///< 1 to 100
     bool keepQuality = false;           ///< as good as the JPEG file that is read
+    std::string format;                 ///< of the output; empty: by its suffix
     bool strip = false;                 ///< write no metadata
     std::int64_t maxPixels = 0;         ///< 0: by the size of the file, see PixelLimit
     Limits limits;

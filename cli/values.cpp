@@ -7,6 +7,7 @@
 
 #include "catalogue/constants.h"
 #include "cli/failure.h"
+#include "cli/images/standard_input.h"
 #include "text/names.h"
 #include "text/numbers.h"
 #include "text/phrases.h"
@@ -98,7 +99,7 @@ TypedValue ParseValue(host::Host& host, const Setting& setting, std::string_view
         if (const auto point = ParsePoint(text)) return host::Value(host.NewPoint(point->first, point->second));
         throw refuse("a point as x,y, such as -20,40");
     }
-    if (text::SameName(type, "Picture")) return ImageFile{text};
+    if (text::SameName(type, "Picture")) return ImageFile{InputFile(text)};
     throw refuse("a " + std::string(type) + ", which can be given in a program only");
 }
 

@@ -13,6 +13,7 @@
 #include "cli/images/picture_work.h"
 #include "cli/images/result_file.h"
 #include "cli/images/source_losses.h"
+#include "cli/images/standard_input.h"
 #include "cli/reflection.h"
 #include "cli/settings.h"
 #include "cli/value_check.h"
@@ -39,7 +40,7 @@ NAME= removes an object. The last two words are INPUT and OUTPUT. Write ./a=b.pn
 NAME=VALUE.
 
 OUTPUT may end with options of its writer, by the names that libvips uses: out.webp[lossless],
-out.jpg[Q=85,subsample-mode=off,interlace], out.png[compression=9], out.avif[lossless].)";
+out.jpg[Q=85,subsample-mode=off,interlace], out.png[compression=9], out.avif[lossless]. "-" is standard input or output.)";
 
 constexpr const char* kUsage =
     R"(  ombrix apply EFFECT [VALUE ...] [NAME=VALUE ...] [--mask FILE] [--then EFFECT ...] INPUT OUTPUT
@@ -224,15 +225,17 @@ class Apply : public Command {
         files_.assign(firstFile, others_.end());
         RefuseEmpty(files_.front(), "INPUT");
         RefuseEmpty(files_.back(), "OUTPUT");
+        if (inPlace_ && files_.back() == "-")
+            throw UsageError("--in-place changes a file, which standard input is not");
     }
 
     void Run(Session& session) override {
-        const std::filesystem::path input = files_.front();
-        const OutputName output = inPlace_ ? OutputName{input, {}} : ParseOutputName(files_.back());
+        const OutputName output = inPlace_ ? OutputName{files_.back(), {}} : ParseOutputName(files_.back());
         // Finds every mistake in the command line and the files before any work is done.
         std::vector<PlannedStep> steps;
         for (const Step& step : steps_) steps.push_back(Plan(session, step, inPlace_));
         if (!inPlace_) RefuseValueAsInput(session.host, steps_.back(), files_);
+        const std::filesystem::path input = InputFile(files_.front());
         CheckFiles(input, inPlace_ ? nullptr : &output.file, steps);
         ResultFile result(output, MayReplace(session.options), session.options);
         WorkOnPictures(session, {&result.File()}, [&](Session& worker) { Work(worker, steps, result); });
@@ -247,7 +250,7 @@ class Apply : public Command {
 
     void Work(Session& session, const std::vector<PlannedStep>& steps, ResultFile& result) const {
         result.CheckOptions();
-        const std::filesystem::path input = files_.front();
+        const std::filesystem::path input = InputFile(files_.front());
         for (const PlannedStep& step : steps) CheckValues(session, step.type, step.properties);
         if (session.options.keepQuality) result.KeepQualityOf(input);
         Losses losses(session.console, inPlace_ && !session.options.force);

@@ -12,6 +12,7 @@
 #include "cli/failure.h"
 #include "cli/images/cut_short.h"
 #include "cli/images/image_reader.h"
+#include "cli/images/standard_input.h"
 
 namespace ombrix::cli {
 
@@ -153,21 +154,21 @@ void AcceptKinds(const ReadingRules& given) {
 }
 
 VImage OpenAccepted(const fs::path& file, VipsAccess access, const Pages& pages, Console* console) {
-    const std::string head = Head(file);
+    const std::string head = Head(NameToOpen(file));
     const Kind* kind = KindOf(head);
     if (kind == nullptr && !rules.allKinds) {
         throw WorkError(file.string() +
                         " is not an image of a kind that can be read; --all-loaders tries further kinds");
     }
     if (kind != nullptr && kind->input == Input::Memory) vips_operation_block_set(kind->className, FALSE);
-    const auto open = [&](VipsFailOn failOn) { return Load(file, kind, access, pages, failOn); };
+    const auto open = [&](VipsFailOn failOn) { return Load(NameToOpen(file), kind, access, pages, failOn); };
     if (!rules.damaged) {
         VImage image = open(VIPS_FAIL_ON_ERROR);
         if (IsCutShort(file, image)) throw WorkError(file.string() + " is damaged or cut short: its end is missing");
         return image;
     }
     try {
-        const VImage whole = Load(file, kind, VIPS_ACCESS_SEQUENTIAL, pages, VIPS_FAIL_ON_ERROR);
+        const VImage whole = Load(NameToOpen(file), kind, VIPS_ACCESS_SEQUENTIAL, pages, VIPS_FAIL_ON_ERROR);
         whole.avg();
         if (!IsCutShort(file, whole)) return open(VIPS_FAIL_ON_ERROR);
         vips_error("ombrix", "%s", "its end is missing");

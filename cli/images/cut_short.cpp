@@ -9,6 +9,7 @@
 
 #include "cli/images/cut_short_tiff.h"
 #include "cli/images/file_bytes.h"
+#include "cli/images/standard_input.h"
 #include "text/numbers.h"
 
 namespace ombrix::cli {
@@ -134,7 +135,8 @@ bool HasAllOfDescription(FileBytes& file, const VImage& image) {
 
 }  // namespace
 
-bool IsCutShort(const fs::path& path, const VImage& image) {
+bool IsCutShort(const fs::path& given, const VImage& image) {
+    const fs::path path = NameToOpen(given);
     FileBytes file(path);
     const std::string head = file.At(0, 16);
     if (head.starts_with("\x89PNG")) return !HasPngEnd(file);

@@ -8,6 +8,7 @@
 #include "cli/failure.h"
 #include "cli/images/accepted_kinds.h"
 #include "cli/images/colour.h"
+#include "cli/images/standard_input.h"
 #include "cli/supervisor/limits.h"
 #include "cli/supervisor/progress_of_work.h"
 #include "cli/supervisor/worker.h"
@@ -24,7 +25,7 @@ namespace {
 /// Reads the header. Pixels are decoded later, and errors in them come then.
 VImage Open(const fs::path& file, VipsAccess access, const Pages& pages = {}, Console* console = nullptr) {
     const Doing reading(Activity::Reading, file.string());
-    WillRead(file);
+    WillRead(NameToOpen(file));
     try {
         return OpenAccepted(file, access, pages, console);
     } catch (const vips::VError&) {
@@ -35,7 +36,7 @@ VImage Open(const fs::path& file, VipsAccess access, const Pages& pages = {}, Co
 void CheckSize(const VImage& image, const fs::path& file, std::int64_t maxPixels) {
     const std::int64_t pixels = std::int64_t{image.width()} * image.height();
     const bool isGiven = maxPixels > 0;
-    if (!isGiven) maxPixels = PixelLimit(static_cast<std::int64_t>(fs::file_size(file)));
+    if (!isGiven) maxPixels = PixelLimit(static_cast<std::int64_t>(fs::file_size(NameToOpen(file))));
     if (pixels > maxPixels) {
         throw WorkError(
             file.string() + " has " + text::Size(image.width(), image.height()) + " pixels, more than the " +
@@ -137,17 +138,17 @@ int PackRows(VipsRegion* region, VipsRect* area, void* argument) {
 
 void CheckImageFile(const fs::path& file) {
     std::error_code error;
-    const fs::file_status status = fs::status(file, error);
+    const fs::file_status status = fs::status(NameToOpen(file), error);
     if (!fs::exists(status)) {
         throw WorkError("there is no file " + file.string() +
                         (error && error != std::errc::no_such_file_or_directory ? " (" + error.message() + ")" : ""));
     }
     if (fs::is_directory(status)) throw WorkError(file.string() + " is a folder; name an image file in it");
     if (!fs::is_regular_file(status)) throw WorkError(file.string() + " is not an ordinary file");
-    if (access(file.c_str(), R_OK) != 0) {
+    if (access(NameToOpen(file).c_str(), R_OK) != 0) {
         throw WorkError(file.string() + " cannot be read (" + std::generic_category().message(errno) + ")");
     }
-    if (fs::file_size(file) == 0) throw WorkError(file.string() + " is empty; an image file is needed");
+    if (fs::file_size(NameToOpen(file)) == 0) throw WorkError(file.string() + " is empty; an image file is needed");
 }
 
 WorkError DamagedFile(const fs::path& file) {

@@ -8,12 +8,14 @@
 #include <cerrno>
 #include <system_error>
 
+#include "cli/images/standard_input.h"
+
 namespace ombrix::cli {
 
 MappedFile::MappedFile(int descriptor) { Map(descriptor); }
 
 MappedFile::MappedFile(const std::filesystem::path& file) {
-    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    const int descriptor = open(NameToOpen(file).c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) return;
     Map(descriptor);
     close(descriptor);

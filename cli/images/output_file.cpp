@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "cli/failure.h"
+#include "cli/images/unnamed_file.h"
 
 namespace ombrix::cli {
 
@@ -102,6 +103,12 @@ OutputFile::OutputFile(fs::path target, Replace replace)
     if (replace_ == Replace::Writable) throw WorkError(given_.string() + " is read-only; --force replaces it");
 }
 
+OutputFile::OutputFile() : given_("standard output"), replace_(Replace::Nothing), isCopied_(true) {
+    if (isatty(STDOUT_FILENO) != 0) {
+        throw UsageError("standard output is a terminal; send it into a file or another program");
+    }
+}
+
 OutputFile::~OutputFile() {
     if (!name_.empty()) unlinkat(folder_, name_.c_str(), 0);
     if (file_ >= 0) close(file_);
@@ -116,6 +123,10 @@ fs::path OutputFile::BesideTarget() const {
 }
 
 void OutputFile::Create() {
+    if (isCopied_) {
+        file_ = MakeUnnamedFile();
+        return;
+    }
     folder_ = open(FolderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     // The user alone may read it before it is finished.
     if (folder_ >= 0 && access("/proc/self/fd", X_OK) == 0) {
@@ -172,7 +183,17 @@ void OutputFile::PutInPlace() {
     name_.clear();
 }
 
+void OutputFile::CopyOut() const {
+    try {
+        Check(lseek(file_, 0, SEEK_SET) < 0 ? -1 : 0);
+        CopyAll(file_, STDOUT_FILENO);
+    } catch (const std::system_error& failure) {
+        throw WorkError("standard output cannot be written (" + failure.code().message() + ")");
+    }
+}
+
 void OutputFile::Commit() {
+    if (isCopied_) return CopyOut();
     try {
         TakeOverAttributes();
         // Where nothing is replaced, nothing is lost if the system fails.

@@ -29,6 +29,8 @@ class OutputFile {
     /// Creates nothing yet. A WorkError when the folder cannot be written to, or the target exists and may not be
     /// replaced.
     OutputFile(std::filesystem::path target, Replace replace);
+    /// For standard output, to which the finished file is copied at Commit. A UsageError when that is a terminal.
+    static OutputFile ToStandardOutput() { return OutputFile(); }
     ~OutputFile();
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
@@ -46,13 +48,16 @@ class OutputFile {
     const std::filesystem::path& Target() const { return given_; }
 
   private:
+    OutputFile();
     std::filesystem::path BesideTarget() const;
     void TakeOverAttributes() const;
     void PutInPlace();
+    void CopyOut() const;
 
     const std::filesystem::path given_;   // for messages
     const std::filesystem::path target_;  // links followed
     const Replace replace_;
+    const bool isCopied_ = false;  // to standard output
     int folder_ = -1;
     int file_ = -1;
     std::string name_;  // in the folder; empty when there is none

@@ -114,6 +114,33 @@ std::string Objection(const WriterOption& option, const std::string& value) {
     return value.empty() ? "a value" : "";
 }
 
+std::vector<std::string> Suffixes() {
+    std::vector<std::string> usable;
+    for (const OutputFormat& format : kFormats) {
+        if (IsBuiltIn(format)) usable.emplace_back(format.suffix);
+    }
+    return usable;
+}
+
+const OutputFormat* Find(std::string_view suffix) {
+    const auto format = std::ranges::find_if(
+        kFormats, [suffix](const OutputFormat& each) { return each.suffix == suffix && IsBuiltIn(each); });
+    return format == kFormats.end() ? nullptr : &*format;
+}
+
+/// By a suffix with or without its dot.
+const OutputFormat& FormatNamed(const std::string& name) {
+    const std::string suffix = text::LowerCase(name);
+    if (const OutputFormat* format = Find(suffix.starts_with('.') ? suffix : "." + suffix)) return *format;
+    throw UsageError("--format takes the suffix of a kind of file, not " + text::Quoted(name) + "; there are " +
+                     text::Listed(Suffixes()));
+}
+
+UsageError WrongValue(const std::string& name, const fs::path& file, const std::string& objection,
+                      const std::string& value) {
+    return UsageError(name + " of " + file.string() + " is " + objection + ", not " + text::Quoted(value));
+}
+
 /// A writer's options as they are typed: names, and values or nothing.
 using GivenOptions = std::map<std::string, std::string>;
 
@@ -153,32 +180,33 @@ void CheckQuality(const OutputFormat& format, const Options& options, const Give
 
 const OutputFormat& FormatFor(const fs::path& file) {
     const std::string suffix = text::LowerCase(file.extension().string());
-    std::vector<std::string> usable;
-    for (const OutputFormat& format : kFormats) {
-        if (!IsBuiltIn(format)) continue;
-        if (format.suffix == suffix) return format;
-        usable.emplace_back(format.suffix);
-    }
+    if (const OutputFormat* format = Find(suffix)) return *format;
     throw UsageError((suffix.empty() ? file.string() + " has no suffix to say what kind of file to write"
                                      : file.string() + " cannot be written: " + suffix + " is an unknown suffix") +
-                     "; there are " + text::Listed(usable));
+                     "; there are " + text::Listed(Suffixes()) + ", and --format names one where there is no suffix");
 }
 
 OutputName ParseOutputName(const std::string& word) {
     const std::size_t bracket = word.rfind('[');
-    if (!word.ends_with(']') || bracket == std::string::npos) return {word, {}};
-    return {word.substr(0, bracket), word.substr(bracket + 1, word.size() - bracket - 2)};
+    OutputName output{word, {}, false};
+    if (word.ends_with(']') && bracket != std::string::npos) {
+        output = {word.substr(0, bracket), word.substr(bracket + 1, word.size() - bracket - 2), false};
+    }
+    output.isStandardOutput = output.file == "-";
+    if (output.isStandardOutput) output.file = "standard output";
+    return output;
 }
 
 void Encoding::Prefer(const std::string& name, const std::string& value) {
     const std::string all = "," + options;
     if (all.find("," + name + "=") != std::string::npos || (all + ",").find("," + name + ",") != std::string::npos)
         return;
-    options += (options.empty() ? "" : ",") + name + "=" + value;
+    if (!options.empty()) options += ',';
+    options.append(name).append("=").append(value);
 }
 
 Encoding EncodingFor(const OutputName& output, const Options& options) {
-    const OutputFormat& format = FormatFor(output.file);
+    const OutputFormat& format = options.format.empty() ? FormatFor(output.file) : FormatNamed(options.format);
     const GivenOptions given = ParseOptions(output);
     CheckQuality(format, options, given);
     const auto lossless = given.find("lossless");
@@ -193,9 +221,8 @@ Encoding EncodingFor(const OutputName& output, const Options& options) {
     return encoding;
 }
 
-void CheckWriterOptions(const OutputName& output) {
+void CheckWriterOptions(const OutputName& output, const OutputFormat& format) {
     if (output.options.empty()) return;
-    const OutputFormat& format = FormatFor(output.file);
     const std::vector<WriterOption> options = WriterOptions(format);
     for (const auto& [name, value] : ParseOptions(output)) {
         const auto option = std::ranges::find(options, name, &WriterOption::name);
@@ -206,8 +233,7 @@ void CheckWriterOptions(const OutputName& output) {
                              text::Suggestion(name, names));
         }
         if (const std::string objection = Objection(*option, value); !objection.empty()) {
-            throw UsageError(name + " of " + output.file.string() + " is " + objection + ", not " +
-                             text::Quoted(value));
+            throw WrongValue(name, output.file, objection, value);
         }
     }
 }

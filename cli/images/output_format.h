@@ -25,10 +25,12 @@ struct OutputFormat {
 /// By the file's suffix. A UsageError lists the suffixes that work.
 const OutputFormat& FormatFor(const std::filesystem::path& file);
 
-/// An output as it is typed: "out.tif[compression=deflate]" is a file and its writer's options.
+/// An output as it is typed: "out.tif[compression=deflate]" is a file and its writer's options, and "-" is standard
+/// output.
 struct OutputName {
     std::filesystem::path file;
     std::string options;  ///< "compression=deflate"
+    bool isStandardOutput = false;
 };
 OutputName ParseOutputName(const std::string& word);
 
@@ -47,6 +49,6 @@ struct Encoding {
 Encoding EncodingFor(const OutputName& output, const Options& options);
 
 /// A UsageError when the writer has no such option, or the option no such value. Needs libvips.
-void CheckWriterOptions(const OutputName& output);
+void CheckWriterOptions(const OutputName& output, const OutputFormat& format);
 
 }  // namespace ombrix::cli

@@ -25,7 +25,9 @@ host::Picture Usable(host::Host& host, const host::Picture& picture) {
 }
 
 ResultFile::ResultFile(const OutputName& output, Replace replace, const Options& options)
-    : output_(output), encoding_(EncodingFor(output, options)), file_(output.file, replace) {
+    : output_(output),
+      encoding_(EncodingFor(output, options)),
+      file_(output.isStandardOutput ? OutputFile::ToStandardOutput() : OutputFile(output.file, replace)) {
     file_.Create();
 }
 

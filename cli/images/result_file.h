@@ -20,7 +20,7 @@ class ResultFile {
     /// A UsageError or WorkError when there can be no such file.
     ResultFile(const OutputName& output, Replace replace, const Options& options);
     /// A UsageError when an option of the writer means nothing. Call it before the work, once libvips has started.
-    void CheckOptions() const { CheckWriterOptions(output_); }
+    void CheckOptions() const { CheckWriterOptions(output_, encoding_.format); }
 
     /// Writes as good as a JPEG file is. A WorkError when it is none. Call it before the work.
     void KeepQualityOf(const std::filesystem::path& file);
