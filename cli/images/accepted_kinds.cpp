@@ -33,11 +33,14 @@ struct Kind {
     bool (*matches)(std::string_view head);
 };
 
+/// The four bytes at `at`; fewer at the end of a short file.
+std::string_view FourAt(std::string_view head, std::size_t at) { return head.substr(std::min(at, head.size()), 4); }
+
 bool IsHeif(std::string_view head) {
-    if (head.substr(4, 4) != "ftyp"sv) return false;
+    if (FourAt(head, 4) != "ftyp"sv) return false;
     constexpr std::array kBrands = {"heic"sv, "heix"sv, "hevc"sv, "hevx"sv, "heim"sv, "heis"sv,
                                     "mif1"sv, "msf1"sv, "avif"sv, "avis"sv, "miaf"sv};
-    return std::ranges::find(kBrands, head.substr(8, 4)) != kBrands.end();
+    return std::ranges::find(kBrands, FourAt(head, 8)) != kBrands.end();
 }
 
 bool IsTiff(std::string_view head) {
@@ -78,7 +81,7 @@ constexpr std::array kKinds = {
     Kind{"pngload_source", "VipsForeignLoadPng", Input::Source, Begins<kPng>},
     Kind{"gifload_source", "VipsForeignLoadNsgif", Input::Source, Begins<kGif87, kGif89>},
     Kind{"webpload_source", "VipsForeignLoadWebp", Input::Source,
-         [](std::string_view head) { return head.starts_with("RIFF") && head.substr(8, 4) == "WEBP"; }},
+         [](std::string_view head) { return head.starts_with("RIFF") && FourAt(head, 8) == "WEBP"; }},
     Kind{"tiffload_source", "VipsForeignLoadTiff", Input::Source, IsTiff},
     Kind{"heifload_source", "VipsForeignLoadHeif", Input::Source, IsHeif},
     Kind{"jxlload_source", "VipsForeignLoadJxl", Input::Source, Begins<kJxl, kJxlBox>},
@@ -102,7 +105,6 @@ std::string Head(const fs::path& file) {
 }
 
 const Kind* KindOf(std::string_view head) {
-    if (head.size() < 12) head = {};
     const auto kind = std::ranges::find_if(kKinds, [head](const Kind& each) { return each.matches(head); });
     return kind != kKinds.end() ? &*kind : nullptr;
 }
