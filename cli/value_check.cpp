@@ -1,6 +1,7 @@
 #include "cli/value_check.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "catalogue/accepted_range.h"
 #include "catalogue/arguments.h"
@@ -67,6 +68,8 @@ class ValueCheck {
         return given == settings_.end() ? nullptr : &*given;
     }
 
+    std::string AsGiven(const PropertyInfo& property) const { return GivenTo(property.name)->given.AsGiven(); }
+
     host::Picture Result(const Prepare& prepare) const {
         return catalogue::Tried(session_.host, type_, session_.host.NewPicture(1, 1), prepare);
     }
@@ -121,18 +124,20 @@ class ValueCheck {
         const Prepare others = Without(property.name);
         const auto constant = catalogue::WorksAs(session_.host, type_, property, value, others);
         if (!constant) return;
-        session_.console.Note(property.name + "=" + std::to_string(value) + " is none of its constants; " + type_.name +
-                              " takes it for " + constant->name);
+        session_.console.Note(AsGiven(property) + " is none of its constants; " + type_.name + " takes it for " +
+                              constant->name);
     }
 
     void NoteBeyondBounds(const PropertyInfo& property, double value) const {
         const auto bounds = catalogue::MeaningfulBounds(session_.host, type_, property, Without(property.name));
         if (!bounds || (value >= bounds->low && value <= bounds->high)) return;
-        const bool isPercent = bounds->high == 1 && value > 1 && value <= 100;
+        const std::string meaning = std::isnan(value)
+                                        ? " is not a number"
+                                        : " works as " + text::Shown(std::clamp(value, bounds->low, bounds->high));
+        const std::string given = AsGiven(property);
+        const bool isPercent = bounds->high == 1 && value > 1 && value <= 100 && !given.ends_with('%');
         session_.console.Note(
-            property.name + "=" + text::Shown(value) + " works as " +
-            text::Shown(std::clamp(value, bounds->low, bounds->high)) + "; it goes from " + text::Shown(bounds->low) +
-            " to " + text::Shown(bounds->high) +
+            given + meaning + "; it goes from " + text::Shown(bounds->low) + " to " + text::Shown(bounds->high) +
             (isPercent ? ", and " + text::Shown(value) + " percent is " + text::Shown(value) + "%" : ""));
     }
 

@@ -66,6 +66,7 @@ TEST_F(EffectsTest, HelpIsOfTheSubcommandAndFitsTheTerminal) {
     EXPECT_THAT(blend, HasSubstr("ombrix blend [BlendMode] [FillPicture] [Opacity] [FillMask] [Location] [Size]"));
     EXPECT_THAT(blend, HasSubstr("overlay"));
     EXPECT_THAT(blend, Not(HasSubstr("--in-place")));
+    EXPECT_THAT(blend, Not(HasSubstr("\n\n\n")));
     EXPECT_THAT(Ombrix({"sepia", "--help"}).out, HasSubstr("--in-place"));
     // With the plug-in missing, help is still there.
     EXPECT_THAT(Ombrix({"--plugin", "none.so", "--help"}).out, HasSubstr("Usage:"));
@@ -79,6 +80,44 @@ TEST_F(EffectsTest, HelpIsOfTheSubcommandAndFitsTheTerminal) {
             for (std::string line; std::getline(lines, line);) widest = std::max(widest, line.size());
             EXPECT_LE(widest, std::clamp<std::size_t>(columns, 60, 120)) << help;
             EXPECT_GT(widest, std::clamp<std::size_t>(columns, 60, 120) / 2) << help;
+        }
+    }
+}
+
+TEST_F(EffectsTest, ValuesWithoutMeaningAreNoted) {
+    struct Case {
+        std::vector<std::string> words;
+        std::string note;  ///< empty for none
+    };
+    for (const Case& given : std::vector<Case>{
+             {{"blend", "99", "fill.png"},
+              "BlendMode=99 is none of its constants; BlendEffect takes it for MODE_MULTIPLY"},
+             {{"blend", "1", "fill.png"}, ""},
+             {{"blend", "multiply", "fill.png", "60"},
+              "Opacity=60 works as 1; it goes from 0 to 1, and 60 percent is 60%"},
+             {{"blend", "multiply", "fill.png", "600%"}, "Opacity=600% works as 1; it goes from 0 to 1\n"},
+             {{"blend", "multiply", "fill.png", "-1"}, "Opacity=-1 works as 0; it goes from 0 to 1\n"},
+             {{"blend", "multiply", "fill.png", "nan"}, "Opacity=nan is not a number; it goes from 0 to 1\n"},
+             {{"blend", "multiply", "fill.png", "100%"}, ""},
+             {{"blend", "multiply", "fill.png", "0"}, ""},
+             {{"blend", "multiply", "fill.png", "Location=40,0"}, "nothing of fill.png lies in the picture, 40x30"},
+             {{"blend", "multiply", "fill.png", "Location=39,29"}, ""},
+             {{"blend", "multiply", "fill.png", "Size=0,3"}, "nothing of fill.png lies in the picture, 40x30"},
+             {{"brightness"}, "BrightnessEffect changes nothing without a value for BrightnessValue"},
+             {{"colorfilter"}, "changes nothing without a value for Red, Green and Blue"},
+             {{"brightness", "0"}, ""},
+             {{"grayscale"}, ""},
+             {{"invert"}, ""}}) {
+        SCOPED_TRACE(testing::PrintToString(given.words));
+        std::vector<std::string> words = given.words;
+        words.insert(words.end(), {"in.png", "out.png", "--force"});
+        const Outcome run = Ombrix(words);
+        EXPECT_EQ(run.status, 0);
+        if (given.note.empty()) {
+            EXPECT_EQ(run.err, "");
+        } else {
+            EXPECT_THAT(run.err, HasSubstr("ombrix: note: "));
+            EXPECT_THAT(run.err, HasSubstr(given.note));
         }
     }
 }
