@@ -32,6 +32,12 @@ class Layout : public CLI::Formatter {
   public:
     explicit Layout(MakeHelp help) : help_(std::move(help)) {}
 
+    std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const override {
+        std::string help = Formatter::make_help(app, std::move(name), mode);
+        // A group that is not shown leaves an empty line.
+        for (std::size_t gap; (gap = help.find("\n\n\n")) != std::string::npos;) help.erase(gap, 1);
+        return help;
+    }
     std::string make_description(const CLI::App*) const override {
         return text::WrappedParagraphs(help_().about, LineWidth(STDOUT_FILENO)) + "\n";
     }
