@@ -48,6 +48,12 @@ constexpr const char* kUsage =
 
 const Command::About kAbout = {"apply", "Apply one effect, or a chain of effects, to a picture", {kHelp, kUsage}};
 
+/// Too many or too few words, which the usage explains.
+class WrongWords : public UsageError {
+  public:
+    using UsageError::UsageError;
+};
+
 /// An effect of the chain, as typed.
 struct Step {
     std::string effect;
@@ -74,9 +80,11 @@ std::vector<Setting> NamedValues(host::Host& host, const host::ClassInfo& type, 
     if (named.size() == step.values.size()) return named;
     const std::vector<std::string> extra(step.values.begin() + static_cast<std::ptrdiff_t>(named.size()),
                                          step.values.end());
-    throw UsageError(type.name + " takes " +
-                     (positions.empty() ? "no values" : "the values " + text::Listed(NamesOf(positions))) +
-                     ", and was given " + text::Listed(extra) + (named.empty() ? "" : " beyond them") +
+    const std::string values = positions.empty()       ? "no values"
+                               : positions.size() == 1 ? "one value, " + positions.front()->name
+                                                       : "the values " + text::Listed(NamesOf(positions));
+    throw WrongWords(type.name + " takes " + values + ", and was given " + text::Listed(extra) +
+                     (named.empty() ? "" : " beyond " + std::string(named.size() == 1 ? "it" : "them")) +
                      "; the files go at the end of the line: INPUT and OUTPUT, or one with --in-place");
 }
 
@@ -128,7 +136,7 @@ void RefuseValueAsInput(host::Host& host, const Step& step, const std::vector<st
     } catch (const UsageError&) {
         return;
     }
-    throw UsageError("after its values " + type.name + " takes INPUT and OUTPUT, and was given " + files.back() +
+    throw WrongWords("after its values " + type.name + " takes INPUT and OUTPUT, and was given " + files.back() +
                      "; there is no file " + files.front() + ", which would be a " + first.name);
 }
 
@@ -218,7 +226,8 @@ class Apply : public Command {
         if (others_.size() < count) {
             throw UsageError(std::string(inPlace_ ? "--in-place takes one file, which is changed"
                                                   : called_ + " takes INPUT and OUTPUT") +
-                             ", and was given " + (others_.empty() ? "no file" : text::Listed(others_)) + BeforeThen());
+                             ", and was given " + (others_.empty() ? "no file" : text::Listed(others_)) +
+                             MistakenWords());
         }
         const auto firstFile = others_.end() - static_cast<std::ptrdiff_t>(count);
         steps_.back().values.assign(others_.begin(), firstFile);
@@ -233,8 +242,12 @@ class Apply : public Command {
         const OutputName output = inPlace_ ? OutputName{files_.back(), {}} : ParseOutputName(files_.back());
         // Finds every mistake in the command line and the files before any work is done.
         std::vector<PlannedStep> steps;
-        for (const Step& step : steps_) steps.push_back(Plan(session, step, inPlace_));
-        if (!inPlace_) RefuseValueAsInput(session.host, steps_.back(), files_);
+        try {
+            for (const Step& step : steps_) steps.push_back(Plan(session, step, inPlace_));
+            if (!inPlace_) RefuseValueAsInput(session.host, steps_.back(), files_);
+        } catch (const WrongWords& wrong) {
+            throw UsageError(wrong.what(), ShownUsage(Help(session.host)));
+        }
         const std::filesystem::path input = InputFile(files_.front());
         CheckFiles(input, inPlace_ ? nullptr : &output.file, steps);
         ResultFile result(output, MayReplace(session.options), session.options);
@@ -269,8 +282,17 @@ class Apply : public Command {
         }
     }
 
+    /// Of the subcommand that was typed.
+    HelpText Help(host::Host& host) const {
+        return called_ == kAbout.name ? kAbout.help : HelpOf(host, FindEffect(host, called_), {});
+    }
+
     /// Where the missing files may be.
-    std::string BeforeThen() const {
+    std::string MistakenWords() const {
+        for (const Step& step : steps_) {
+            if (std::filesystem::is_regular_file(step.effect))
+                return "; the file " + step.effect + " stands where the name of an effect belongs";
+        }
         std::vector<std::string> values;
         for (const Step& step : steps_) values.insert(values.end(), step.values.begin(), step.values.end());
         return values.empty() ? ""

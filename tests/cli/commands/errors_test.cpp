@@ -18,6 +18,7 @@ class ErrorsTest : public CommandTest {
         WriteColour("smallmask.png", {0}, 40, 29);
         WriteColour("fill.png", {1, 2, 3}, 10, 10);
         Write("empty.png", "");
+        Write("short.png", "RIFF\n");
         Write("text.png", "This is no image at all, whatever its name says.\n");
         for (const char* whole : {"whole.png", "whole.jpg", "whole.tif", "whole.webp", "whole.gif", "whole.ppm"}) {
             vips::VImage::gaussnoise(80, 80, vips::VImage::option()->set("mean", 128)->set("sigma", 50))
@@ -53,12 +54,15 @@ TEST_F(ErrorsTest, WrongCommandLines) {
              {{"aply", "invert", "in.png", "out.png"}, {"\"aply\"", "did you mean \"apply\"?", "ombrix EFFECT"}},
              {{"xyzzy", "in.png", "out.png"}, {"\"xyzzy\"", "apply, call, list, gallery", "sepia"}},
              {{"sepai", "30", "in.png", "out.png"}, {"did you mean \"sepia\"?"}},
-             {{"sepia", "30", "in.png"}, {"OUTPUT", "SepiaValue"}},
+             {{"sepia", "30", "in.png"}, {"OUTPUT", "SepiaValue", "Usage:\n  ombrix sepia"}},
              {{"sepia", "in.png"}, {"sepia takes INPUT and OUTPUT", "given in.png", "ombrix sepia [SepiaValue]"}},
-             {{"sepia", "30", "40", "in.png", "out.png"}, {"SepiaValue", "40 beyond"}},
+             {{"sepia", "30", "40", "in.png", "out.png"},
+              {"one value, SepiaValue", "40 beyond it", "Usage:\n  ombrix sepia"}},
              {{"sepia", "thirty", "in.png", "out.png"}, {"SepiaEffect.SepiaValue", "whole number", "thirty"}},
              {{"sepia", "SepiaValue=30", "40", "in.png", "out.png"}, {"SepiaValue", "was given 40"}},
              {{"sepia", "30", "in.png", "--then", "invert", "out.png"}, {"INPUT and OUTPUT", "in.png before --then"}},
+             {{"sepia", "30", "--then", "in.png", "out.png"}, {"the file in.png stands where the name of an effect"}},
+             {{"apply", "in.png", "out.png"}, {"the file in.png stands where the name of an effect"}},
              {{"blend", "--mask", "in.png", "fill.png", "in.png", "out.png"}, {"BlendEffect has no mask"}},
              {{"invert", "", "out.png"}, {"INPUT is empty"}},
              {{"invert", "in.png", ""}, {"OUTPUT is empty"}},
@@ -165,6 +169,7 @@ TEST_F(ErrorsTest, WorkThatFails) {
              {{"call", "invert.Apply", "source=none.png", "out.png"}, {"no file none.png"}},
              {{"apply", "invert", "folder.png", "out.png"}, {"folder.png is a folder"}},
              {{"apply", "invert", "empty.png", "out.png"}, {"empty.png is empty"}},
+             {{"apply", "invert", "short.png", "out.png"}, {"short.png is not an image"}},
              {{"apply", "invert", "text.png", "out.png"}, {"text.png is not an image"}},
              {{"apply", "invert", "in.png", "out.png", "--max-pixels", "1199"}, {"40x30", "1199", "--max-pixels"}},
              {{"apply", "invert", "--mask", "in.png", "there.png", "out.png", "--max-pixels", "400"},
