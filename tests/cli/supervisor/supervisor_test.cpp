@@ -152,7 +152,7 @@ TEST_F(SupervisorTest, FilesCutShortAreDamagedOrTakenAsFarAsTheyGo) {
 
     std::string sgi("\1\xda\0\1\0\3\0\x28\0\x28\0\3\0\0\0\0\0\0\0\xff", 20);
     sgi.resize(512);
-    sgi.append(40 * 40 * 3, '\x11');
+    sgi.append(4800, '\x11');
     // A matrix of 40x40 bytes: flags, dimensions, name, numbers.
     std::string matlab = "MATLAB 5.0 MAT-file";
     matlab.resize(124, ' ');
@@ -163,7 +163,7 @@ TEST_F(SupervisorTest, FilesCutShortAreDamagedOrTakenAsFarAsTheyGo) {
     matlab +=
         std::string("\0\1IM", 4) + element(14, element(6, std::string("\x09\0\0\0\0\0\0\0", 8)) +
                                                    element(5, std::string("\x28\0\0\0\x28\0\0\0", 8)) +
-                                                   element(1, "picture8") + element(2, std::string(40 * 40, '\x22')));
+                                                   element(1, "picture8") + element(2, std::string(1600, '\x22')));
     for (const auto& [name, bytes] : {std::pair("plain.sgi", sgi), std::pair("plain.mat", matlab)}) {
         Write(name, bytes);
         const Outcome whole = Run({"apply", "invert", name, "all.png", "--all-loaders", "--force"});
