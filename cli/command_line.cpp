@@ -123,7 +123,8 @@ class Parser {
             [&options](const std::string& word) {
                 options.maxPixels = ParseCount("--max-pixels", word, 1, INT64_MAX);
             });
-        add("--limit-time", "SECONDS", "Stop after this time; without it, decoders that seem to hang are stopped",
+        add("--limit-time", "SECONDS",
+            "Stop after this time; without it, work that takes too long for files of their size",
             [&options](const std::string& word) { options.limits.seconds = ParseSeconds("--limit-time", word); });
         add("--limit-memory", "BYTES", "Stop at this much memory, such as 500M or 2G; without it, by the files' sizes",
             [&options](const std::string& word) { options.limits.memory = ParseBytes("--limit-memory", word); });
