@@ -4,6 +4,7 @@
 #include "plugin/registered_classes.h"
 #include "sdk/host_calls.h"
 #include "sdk/plugin_main.h"
+#include "sdk/row_walk.h"
 
 namespace ombrix {
 namespace {
@@ -44,9 +45,9 @@ void PluginEntry() {
     BlendHandlers[0] = nullptr;
     SetClassConsoleSafe(&MPImageFilterClass);
     NULL_PIX = 0;
-    RED_PIX = 1;
-    GREEN_PIX = 2;
-    BLUE_PIX = 3;
+    RED_PIX = kPositionsIn4.red;
+    GREEN_PIX = kPositionsIn4.green;
+    BLUE_PIX = kPositionsIn4.blue;
 
 #define OMBRIX_REGISTER(name) REALRegisterClass(&name##Class);
     OMBRIX_CLASSES(OMBRIX_REGISTER)
