@@ -73,7 +73,9 @@ void ShareWork() {
     void* memory = mmap(nullptr, sizeof(ProgressOfWork), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     if (memory == MAP_FAILED) throw std::bad_alloc();
     // Pages of names are not touched before there are any.
+    const std::int64_t bytes = work->bytes;
     work = new (memory) ProgressOfWork;
+    work->bytes = bytes;
 }
 
 Doing::Doing(Activity activity, const std::string& subject) : activity_(activity), outer_(current) {

@@ -26,6 +26,7 @@
 #include "cli/supervisor/cleanup.h"
 #include "cli/supervisor/limits.h"
 #include "cli/supervisor/progress_of_work.h"
+#include "cli/supervisor/sanitizers.h"
 #include "cli/supervisor/worker.h"
 #include "text/names.h"
 #include "text/phrases.h"
@@ -246,7 +247,7 @@ class Supervisor {
                             Amount(Seconds(*limits_.seconds)) + " that --limit-time allows");
         }
         if (limits_.seconds) return;
-        if (const Seconds most = pictures_ * WorkTime(Work().bytes); Work().bytes > 0 && spent_ > most) {
+        if (const Seconds most = pictures_ * WorkTime(Work().bytes); spent_ > most) {
             const Place place = Culprit();
             throw WorkError((place.subject.empty() ? "the work" : place.subject) + " takes longer than " +
                             Amount(most) + ", too long for files as small as these; --limit-time SECONDS allows more");
@@ -267,7 +268,9 @@ class Supervisor {
     }
 
     /// Libraries crash when they are refused memory. What they asked for last is not known.
-    bool HadLittleMemoryLeft() const { return Work().DataAtCrash() > DataLimit(limits_, Work().bytes) / 2; }
+    bool HadLittleMemoryLeft() const {
+        return !OMBRIX_SANITIZED && Work().DataAtCrash() > DataLimit(limits_, Work().bytes) / 2;
+    }
 
     std::string TooMuchMemory() const {
         const Place place = Culprit();

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <string>
 #include <thread>
@@ -23,6 +24,14 @@ struct HostileData {
 };
 
 extern REALclassDefinition HostileEffectClass;
+
+bool IsOpen(const std::string& file) {
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        if (line.ends_with(file)) return true;
+    }
+    return false;
+}
 
 /// Memory that is never used, which a compiler may not leave out.
 void* Allocate(std::size_t bytes) {
@@ -46,7 +55,7 @@ void CountThreadsOfParent() {
     if (std::distance(std::filesystem::directory_iterator(tasks), {}) != 1) std::raise(SIGSEGV);
 }
 
-REALobjectStruct* ApplyHostile(REALobjectStruct* object, REALobjectStruct* /*source*/) {
+REALobjectStruct* ApplyHostile(REALobjectStruct* object, REALobjectStruct* source) {
     switch (static_cast<HostileData*>(REALGetClassData(object, &HostileEffectClass))->deed) {
         case 1:
             std::raise(SIGSEGV);
@@ -75,9 +84,10 @@ REALobjectStruct* ApplyHostile(REALobjectStruct* object, REALobjectStruct* /*sou
             kill(getppid(), SIGKILL);
             for (;;) usleep(1000);
         case 10:
-            // Trying the effect comes before its picture is read.
-            (void)!truncate("mapped.ppm", 20);
-            break;
+            // Changes no pixel, so it is given strips. Later ones are gone when the first has come.
+            if (IsOpen("mapped.ppm")) (void)!truncate("mapped.ppm", 20);
+            ELockObject(source);
+            return source;
         case 11:
             std::thread([] { std::raise(SIGSEGV); }).join();
             break;

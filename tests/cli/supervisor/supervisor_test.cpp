@@ -81,7 +81,7 @@ TEST_F(SupervisorTest, EffectsThatMisbehave) {
 }
 
 TEST_F(SupervisorTest, AFileThatShrinksWhileItIsReadIsToBlame) {
-    Noise(80).write_to_file(Path("whole.pgm").c_str());
+    Noise(1000).write_to_file(Path("whole.pgm").c_str());
     fs::rename(Path("whole.pgm"), Path("mapped.ppm"));
     const Outcome run = Run(Hostile("10", "mapped.ppm"));
     EXPECT_EQ(run.err, "ombrix: mapped.ppm was cut short while it was read\n");
@@ -99,7 +99,7 @@ TEST_F(SupervisorTest, LimitsGoByTheSizeOfTheFile) {
 TEST_F(SupervisorTest, TheWorkEndsWithItsSupervisor) {
     const auto before = Contents();
     EXPECT_EQ(Run({"--plugin", kHostile, "apply", "hostile", "Deed=9", "in.png", "out.png"}).status, -SIGKILL);
-    for (int tries = 0; tries < 500 && !fs::is_empty(Path("temporary")); ++tries) usleep(10'000);
+    for (int tries = 0; tries < 3000 && !fs::is_empty(Path("temporary")); ++tries) usleep(10'000);
     EXPECT_TRUE(Contents() == before);
 }
 
