@@ -39,6 +39,7 @@ void SaveThroughBuffer(const VImage& image, const Encoding& encoding, const vips
 void SaveAsVips(const VImage& image, int descriptor) {
     const VImage file(vips_image_new());
     VipsImage* out = file.get_image();
+    g_free(out->filename);
     out->filename = g_strdup(("/proc/self/fd/" + std::to_string(descriptor)).c_str());
     out->dtype = VIPS_IMAGE_OPENOUT;
     if (vips_image_write(image.get_image(), out) != 0) throw vips::VError();
