@@ -149,6 +149,7 @@ void CheckImageFile(const fs::path& file) {
         throw WorkError(file.string() + " cannot be read (" + std::generic_category().message(errno) + ")");
     }
     if (fs::file_size(NameToOpen(file)) == 0) throw WorkError(file.string() + " is empty; an image file is needed");
+    WillRead(NameToOpen(file));
 }
 
 WorkError DamagedFile(const fs::path& file) {
