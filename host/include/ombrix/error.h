@@ -3,10 +3,12 @@
 
 #include <stdexcept>
 
+#include "ombrix/api.h"
+
 namespace ombrix::host {
 
 /// One sentence that names what is wrong and, where there is something, what would work.
-class Error : public std::runtime_error {
+class OMBRIX_API Error : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };

@@ -14,6 +14,7 @@
 #include <thread>
 #include <vector>
 
+#include "ombrix/api.h"
 #include "ombrix/error.h"
 #include "ombrix/object.h"
 #include "ombrix/picture.h"
@@ -52,7 +53,7 @@ struct PixelRows {
 
 /// Plug-ins know one resolver per process, so only one Host exists at a time. It, its objects and its pictures belong
 /// to the thread that made it, and to any other thread for its Turn. Names are the same in any case.
-class Host {
+class OMBRIX_API Host {
   public:
     explicit Host(HostOptions options = {});
     /// Destroys objects that still live, noting a fault for each, and unloads the plug-ins.
@@ -118,7 +119,7 @@ class Host {
 /// Lets the thread that makes it use the Host, its objects and its pictures for the time of its scope. Waits for the
 /// turns of other threads; a thread has one at a time. The Host's own thread takes turns as well, as long as other
 /// threads may have theirs.
-class Host::Turn {
+class OMBRIX_API Host::Turn {
   public:
     explicit Turn(Host& host);
     ~Turn();

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "ombrix/api.h"
+
 /// The handles that plug-ins see point to it.
 struct REALobjectStruct;
 
@@ -18,7 +20,7 @@ struct MethodInfo;
 
 /// A counted reference to an object, or nil. Copies share the object, and the last one destroys it. Must not outlive
 /// the Host.
-class Object {
+class OMBRIX_API Object {
   public:
     Object() = default;
     Object(std::nullptr_t) {}

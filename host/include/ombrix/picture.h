@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 
+#include "ombrix/api.h"
 #include "ombrix/object.h"
 
 namespace ombrix::host {
@@ -17,7 +18,7 @@ namespace ombrix::host {
 ///
 /// Host::NewPicture makes pixels of 0. A picture that a plug-in makes holds what was in memory until the plug-in writes
 /// to it, so look at an effect's ErrorCode before its result.
-class Picture : public Object {
+class OMBRIX_API Picture : public Object {
   public:
     Picture() = default;
     /// An Error unless the object is a picture or nil.
@@ -35,7 +36,7 @@ class Picture : public Object {
 };
 
 /// Locks the pixels for the time of its scope.
-class Picture::Lock {
+class OMBRIX_API Picture::Lock {
   public:
     /// An Error when the picture is nil or not a bitmap.
     explicit Lock(const Picture& picture);
@@ -56,7 +57,7 @@ class Picture::Lock {
 };
 
 /// A pair of Integers, in pixels.
-class Point : public Object {
+class OMBRIX_API Point : public Object {
   public:
     Point() = default;
     /// An Error unless the object is a point or nil.

@@ -8,12 +8,13 @@
 #include <utility>
 #include <variant>
 
+#include "ombrix/api.h"
 #include "ombrix/object.h"
 
 namespace ombrix::host {
 
 /// Nil, Boolean, Integer (64 bits), Double, or an object.
-class Value {
+class OMBRIX_API Value {
   public:
     Value() = default;
     Value(std::nullptr_t) {}
