@@ -240,12 +240,12 @@ std::vector<std::vector<std::string>> SplitAtThen(int count, const char* const* 
 
 std::optional<CommandLine> ReadCommandLine(int count, const char* const* words, host::Host& host) {
     std::exception_ptr missing;
+    CommandLine line;
     try {
-        LoadPlugins(host, PluginsNamed({words + std::min(count, 1), words + count}));
+        line.brokenPlugins = LoadPlugins(host, PluginsNamed({words + std::min(count, 1), words + count}));
     } catch (...) {
         missing = std::current_exception();  // help is for those, too, who look for what is wrong
     }
-    CommandLine line;
     if (count > 0) line.options.program = words[0];
     Parser parser(line.options, host);
     try {

@@ -13,6 +13,7 @@ namespace ombrix::cli {
 
 struct CommandLine {
     Options options;
+    std::vector<host::BrokenPlugin> brokenPlugins;  ///< which nobody named, so the work goes on without them
     std::unique_ptr<Command> command;
 };
 

@@ -22,6 +22,9 @@ constexpr int kWrongCommandLine = 2;
 
 void Run(const CommandLine& line, host::Host& host) {
     Console console(line.options.quiet);
+    for (const host::BrokenPlugin& plugin : line.brokenPlugins) {
+        console.Note(plugin.reason);
+    }
     Session session{host, line.options, console};
     line.command->Run(session);
     if (!std::cout.flush()) throw WorkError("standard output cannot be written");

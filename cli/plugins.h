@@ -8,8 +8,8 @@
 
 namespace ombrix::cli {
 
-/// Loads the standard plug-in, from beside the command or from an installation's library folder, then `plugins`. A
-/// WorkError or a host::Error when one cannot be loaded.
-void LoadPlugins(host::Host& host, const std::vector<std::filesystem::path>& plugins);
+/// Loads all that are installed, then `plugins`. Returns those installed ones that are broken. A WorkError or a
+/// host::Error when one of the others cannot be loaded.
+std::vector<host::BrokenPlugin> LoadPlugins(host::Host& host, const std::vector<std::filesystem::path>& plugins);
 
 }  // namespace ombrix::cli

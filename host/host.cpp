@@ -4,6 +4,7 @@
 #include <type_traits>
 
 #include "host/calls.h"
+#include "host/installed_plugins.h"
 #include "host/own_classes.h"
 #include "text/names.h"
 #include "text/numbers.h"
@@ -61,6 +62,23 @@ Host::Host(HostOptions options) : state_(std::make_unique<HostState>(std::move(o
 Host::~Host() = default;
 
 void Host::Load(const std::filesystem::path& plugin) { state_->ForProgram().Load(plugin); }
+
+std::vector<BrokenPlugin> Host::LoadInstalled() {
+    HostState& host = state_->ForProgram();
+    const auto load = [&host](const std::filesystem::path& plugin) {
+        if (!host.HasLoaded(plugin)) host.Load(plugin);
+    };
+    load(StandardPlugin());
+    std::vector<BrokenPlugin> broken;
+    for (const std::filesystem::path& plugin : InstalledPlugins()) {
+        try {
+            load(plugin);
+        } catch (const Error& error) {
+            broken.push_back({plugin, error.what()});
+        }
+    }
+    return broken;
+}
 
 Object Host::New(std::string_view className) {
     HostState& host = state_->ForProgram();

@@ -1,5 +1,6 @@
 #include "host/host_state.h"
 
+#include <algorithm>
 #include <atomic>
 #include <utility>
 
@@ -16,10 +17,8 @@ std::atomic<HostState*> current = nullptr;
 }  // namespace
 
 HostState::HostState(HostOptions givenOptions)
-    : options(std::move(givenOptions)), watch(options.faults, options.onFault), objects(watch) {
-    HostState* none = nullptr;
-    if (!current.compare_exchange_strong(none, this))
-        throw Error("this process has a Host already, and plug-ins know only one");
+    : options(std::move(givenOptions)), claim(options.owner), watch(options.faults, options.onFault), objects(watch) {
+    current = this;
     try {
         for (REALclassDefinition* definition :
              {&PictureDefinition(), &GraphicsDefinition(), &PointDefinition(), &ProgressHandlerDefinition()}) {
@@ -62,6 +61,13 @@ REALobjectStruct* HostState::Passed(REALobjectStruct* handle, const char* servic
     watch.Fault("passed " + objects.Describe(handle) + " to " + service +
                 (live ? ", which takes " + text::WithArticle(className) : ""));
     return nullptr;
+}
+
+bool HostState::HasLoaded(const std::filesystem::path& path) const {
+    return std::ranges::any_of(plugins_, [&path](const PluginFile& each) {
+        std::error_code error;
+        return std::filesystem::equivalent(each.Path(), path, error);
+    });
 }
 
 void HostState::Load(const std::filesystem::path& path) {

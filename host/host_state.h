@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/claim.h"
 #include "host/invoke.h"
 #include "host/objects.h"
 #include "host/plugin_file.h"
@@ -32,8 +33,11 @@ class HostState {
     REALobjectStruct* Passed(REALobjectStruct* handle, const char* service, const char* className = nullptr);
 
     void Load(const std::filesystem::path& path);
+    /// Whether this file, by any name, is among the loaded ones.
+    bool HasLoaded(const std::filesystem::path& path) const;
 
     const HostOptions options;
+    const Claim claim;
     Watch watch;
     Registry registry;
     ObjectStore objects;

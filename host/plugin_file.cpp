@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include "host/object_files.h"
 #include "ombrix/error.h"
 #include "platform/bitmap_context.h"
 #include "text/phrases.h"
@@ -21,24 +22,12 @@ void MakePlatformVisible() {
     if (handle != nullptr) dlclose(handle);
 }
 
-/// The folder of the shared object, or the program, that a function belongs to; empty when the system does not say.
-fs::path FolderOf(void* function) {
-    Dl_info object;
-    if (dladdr(function, &object) == 0) return {};
-    // A program's own name is as it was typed.
-    std::error_code error;
-    const fs::path folder = fs::absolute(object.dli_fname, error).parent_path();
-    return error ? fs::path() : folder;
-}
-
 /// A name without a folder is also looked for beside the program, beside the host and beside the platform.
 fs::path Located(const fs::path& path) {
     std::error_code error;
     if (path.has_parent_path() || fs::exists(path, error)) return path;
-    for (const fs::path& folder :
-         {fs::read_symlink("/proc/self/exe", error).parent_path(), FolderOf(reinterpret_cast<void*>(&Located)),
-          FolderOf(reinterpret_cast<void*>(&OmbrixBitmapContextCreate))}) {
-        if (!folder.empty() && fs::exists(folder / path, error)) return folder / path;
+    for (const fs::path& folder : OwnFolders()) {
+        if (fs::exists(folder / path, error)) return folder / path;
     }
     return path;
 }

@@ -1,5 +1,7 @@
 #include "host/watch.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +18,10 @@ Watch::Watch(FaultPolicy policy, std::function<void(const std::string&)> report)
     : policy_(policy), report_(std::move(report)) {}
 
 std::thread::id Watch::BeginTurn() {
+    pid_t process = 0;
+    if (!process_.compare_exchange_strong(process, getpid()) && process != getpid()) {
+        throw Error("this process was forked from one whose threads took turns with the Host, and cannot take turns");
+    }
     turn_.lock();
     return thread_.exchange(std::this_thread::get_id());
 }

@@ -1,6 +1,8 @@
 // Watches the traffic between host and plug-ins: calls in progress, locks, faults.
 #pragma once
 
+#include <sys/types.h>
+
 #include <atomic>
 #include <cstdint>
 #include <exception>
@@ -20,7 +22,8 @@ class Watch {
     Watch(FaultPolicy policy, std::function<void(const std::string&)> report);
 
     bool OnOwnThread() const { return std::this_thread::get_id() == thread_; }
-    /// Makes the calling thread the own one, once no other thread has a turn. Returns the one before.
+    /// Makes the calling thread the own one, once no other thread has a turn. Returns the one before. An Error in a
+    /// process that was forked after the first turn.
     std::thread::id BeginTurn();
     void EndTurn(std::thread::id before);
 
@@ -64,6 +67,7 @@ class Watch {
 
     const FaultPolicy policy_;
     const std::function<void(const std::string&)> report_;
+    std::atomic<pid_t> process_ = 0;  ///< that has turns; 0 before the first
     std::mutex turn_;
     std::atomic<std::thread::id> thread_ = std::this_thread::get_id();
     std::vector<std::string> faults_;

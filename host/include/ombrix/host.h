@@ -34,6 +34,8 @@ enum class FaultPolicy {
 };
 
 struct HostOptions {
+    /// Who makes the Host, for the Error of the next who tries: "the camera server"; empty for the program.
+    std::string owner = {};
     double version = 2024.0;  ///< the host's version, as plug-ins are told
     FaultPolicy faults = FaultPolicy::Throw;
     /// Services to hide from plug-ins, by name.
@@ -51,6 +53,12 @@ struct PixelRows {
     int depth;                ///< 16, 24 or 32 bits per pixel, laid out as in a Picture
 };
 
+/// A plug-in that was found and cannot be used.
+struct BrokenPlugin {
+    std::filesystem::path file;
+    std::string reason;  ///< one sentence
+};
+
 /// Plug-ins know one resolver per process, so only one Host exists at a time. It, its objects and its pictures belong
 /// to the thread that made it, and to any other thread for its Turn. Names are the same in any case.
 class OMBRIX_API Host {
@@ -65,6 +73,12 @@ class OMBRIX_API Host {
     /// row. A name without a folder is looked for in the current folder, then beside the program and beside the
     /// libraries of the host and its platform.
     void Load(const std::filesystem::path& plugin);
+    /// Loads the standard plug-in, from beside the host's library or the program or from their folder ombrix/, and all
+    /// others that are installed: the files that $OMBRIX_PLUGINS names and those in its folders, parted by colons; the
+    /// files in ombrix/plugins/ of $XDG_DATA_HOME, or else of ~/.local/share; those in ombrix/plugins/ beside the
+    /// host's library. What is loaded already stays. An Error when the standard plug-in cannot be loaded; others that
+    /// cannot be are passed over and returned. A process with more rights than its user ignores the user's folders.
+    std::vector<BrokenPlugin> LoadInstalled();
 
     /// A new object of a class, registered or the host's own.
     Object New(std::string_view className);
@@ -117,8 +131,9 @@ class OMBRIX_API Host {
 };
 
 /// Lets the thread that makes it use the Host, its objects and its pictures for the time of its scope. Waits for the
-/// turns of other threads; a thread has one at a time. The Host's own thread takes turns as well, as long as other
-/// threads may have theirs.
+/// turns of other threads; a thread has one at a time. An Error in a process that was forked after the first turn:
+/// a thread that had its turn then would have it there forever. The Host's own thread takes turns as well, as long as
+/// other threads may have theirs.
 class OMBRIX_API Host::Turn {
   public:
     explicit Turn(Host& host);

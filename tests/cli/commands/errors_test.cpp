@@ -200,7 +200,8 @@ TEST_F(ErrorsTest, FilesThatEndTooSoon) {
 
 TEST_F(ErrorsTest, TheStandardPluginIsMissing) {
     fs::create_directory(Path("alone"));
-    for (const char* file : {"ombrix", "libombrix_platform.so"}) {
+    const char* const files[] = {"ombrix", "libombrix_host.so.0", "libombrix_platform.so"};
+    for (const char* file : files) {
         fs::copy_file(fs::path(OMBRIX_BUILD_DIR) / file, Path("alone") / file);
     }
     const std::string line = "cd '" + Path("alone").string() + "' && ./ombrix list > log 2>&1";
@@ -209,10 +210,12 @@ TEST_F(ErrorsTest, TheStandardPluginIsMissing) {
     // An installation keeps it in a library folder.
     fs::create_directories(Path("prefix/bin"));
     fs::create_directories(Path("prefix/lib/ombrix"));
-    fs::rename(Path("alone/ombrix"), Path("prefix/bin/ombrix"));
-    fs::rename(Path("alone/libombrix_platform.so"), Path("prefix/bin/libombrix_platform.so"));
+    for (const char* file : files) {
+        fs::rename(Path("alone") / file, Path(file == files[0] ? "prefix/bin" : "prefix/lib") / file);
+    }
     fs::copy_file(OMBRIX_BUILD_DIR "/libombrix.so", Path("prefix/lib/ombrix/libombrix.so"));
-    const std::string installed = "'" + Path("prefix/bin/ombrix").string() + "' list InvertEffect > /dev/null";
+    const std::string installed = "LD_LIBRARY_PATH='" + Path("prefix/lib").string() + "' '" +
+                                  Path("prefix/bin/ombrix").string() + "' list InvertEffect > /dev/null";
     EXPECT_EQ(WEXITSTATUS(std::system(installed.c_str())), 0);
 }
 

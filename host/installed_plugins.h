@@ -1,0 +1,16 @@
+// Where plug-ins are installed.
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+namespace ombrix::host {
+
+/// An Error when it is missing.
+std::filesystem::path StandardPlugin();
+
+/// All others, in the order that Host::LoadInstalled documents; files of a folder by their names. Files that
+/// $OMBRIX_PLUGINS names are there whether they exist or not.
+std::vector<std::filesystem::path> InstalledPlugins();
+
+}  // namespace ombrix::host

@@ -1,0 +1,33 @@
+#include "host/object_files.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+
+#include "platform/bitmap_context.h"
+
+namespace ombrix::host {
+
+namespace fs = std::filesystem;
+
+fs::path ObjectFileOf(void* function) {
+    Dl_info object;
+    if (dladdr(function, &object) == 0) return {};
+    // A program's own name is as it was typed.
+    std::error_code error;
+    const fs::path file = fs::absolute(object.dli_fname, error);
+    return error ? fs::path() : file;
+}
+
+std::vector<fs::path> OwnFolders() {
+    std::error_code error;
+    std::vector<fs::path> folders;
+    for (const fs::path& folder : {fs::read_symlink("/proc/self/exe", error).parent_path(),
+                                   ObjectFileOf(reinterpret_cast<void*>(&ObjectFileOf)).parent_path(),
+                                   ObjectFileOf(reinterpret_cast<void*>(&OmbrixBitmapContextCreate)).parent_path()}) {
+        if (!folder.empty() && std::ranges::find(folders, folder) == folders.end()) folders.push_back(folder);
+    }
+    return folders;
+}
+
+}  // namespace ombrix::host
