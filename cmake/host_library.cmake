@@ -1,6 +1,9 @@
 # libombrix_host.so: the embedded host and the catalogue. A process has one, whoever in it uses effects.
 add_library(ombrix_host_shared SHARED $<TARGET_OBJECTS:ombrix_host_objects> $<TARGET_OBJECTS:ombrix_catalogue_objects>)
 add_library(ombrix::host ALIAS ombrix_host_shared)
+# Its functions call each other, whatever copies of them the process has. The Host may live until the process ends, and
+# plug-ins call into it: it must never be unmapped before.
+target_link_options(ombrix_host_shared PRIVATE -Wl,-Bsymbolic-functions -Wl,-z,nodelete)
 set_target_properties(ombrix_host_shared PROPERTIES
     OUTPUT_NAME ombrix_host
     VERSION ${PROJECT_VERSION}

@@ -1,4 +1,4 @@
-# What check_levels.sh and check_vectors.sh share. Sourced by both.
+# What scripts that look into binaries share.
 
 stop() {
     printf '%s: %s\n' "$(basename "$0")" "$1" >&2
