@@ -1,10 +1,11 @@
 #include "host/watch.h"
 
-#include <unistd.h>
+#include <pthread.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <system_error>
 #include <utility>
 
 #include "host/instance.h"
@@ -13,13 +14,27 @@
 #include "text/phrases.h"
 
 namespace ombrix::host {
+namespace {
+
+std::atomic<int> generation = 0;
+
+/// How many forks lie behind this process since the first call. Asking for the process's number would take longer than
+/// the rest of a turn.
+int Generation() {
+    static const int error = pthread_atfork(nullptr, nullptr, [] { ++generation; });
+    if (error != 0) throw std::system_error(error, std::generic_category(), "forks cannot be counted");
+    return generation;
+}
+
+}  // namespace
 
 Watch::Watch(FaultPolicy policy, std::function<void(const std::string&)> report)
     : policy_(policy), report_(std::move(report)) {}
 
 std::thread::id Watch::BeginTurn() {
-    pid_t process = 0;
-    if (!process_.compare_exchange_strong(process, getpid()) && process != getpid()) {
+    const int now = Generation();
+    int ofTurns = kNone;
+    if (!generationOfTurns_.compare_exchange_strong(ofTurns, now) && ofTurns != now) {
         throw Error("this process was forked from one whose threads took turns with the Host, and cannot take turns");
     }
     turn_.lock();

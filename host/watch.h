@@ -1,8 +1,6 @@
 // Watches the traffic between host and plug-ins: calls in progress, locks, faults.
 #pragma once
 
-#include <sys/types.h>
-
 #include <atomic>
 #include <cstdint>
 #include <exception>
@@ -67,7 +65,8 @@ class Watch {
 
     const FaultPolicy policy_;
     const std::function<void(const std::string&)> report_;
-    std::atomic<pid_t> process_ = 0;  ///< that has turns; 0 before the first
+    static constexpr int kNone = -1;
+    std::atomic<int> generationOfTurns_ = kNone;  ///< of processes; none before the first turn
     std::mutex turn_;
     std::atomic<std::thread::id> thread_ = std::this_thread::get_id();
     std::vector<std::string> faults_;
