@@ -68,11 +68,18 @@ fs::path StandardPlugin() {
 }
 
 std::vector<fs::path> InstalledPlugins() {
-    std::vector<fs::path> files;
+    std::vector<fs::path> files, once;
     AddNamed(Variable("OMBRIX_PLUGINS"), files);
     if (const fs::path data = UserDataFolder(); !data.empty()) AddFilesOf(data / "ombrix/plugins", files);
     AddFilesOf(ObjectFileOf(reinterpret_cast<void*>(&ObjectFileOf)).parent_path() / "ombrix/plugins", files);
-    return files;
+    for (const fs::path& file : files) {
+        const auto isSame = [&file](const fs::path& other) {
+            std::error_code error;
+            return other == file || fs::equivalent(other, file, error);
+        };
+        if (std::ranges::none_of(once, isSame)) once.push_back(file);
+    }
+    return once;
 }
 
 }  // namespace ombrix::host

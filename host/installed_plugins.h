@@ -9,8 +9,8 @@ namespace ombrix::host {
 /// An Error when it is missing.
 std::filesystem::path StandardPlugin();
 
-/// All others, in the order that Host::LoadInstalled documents; files of a folder by their names. Files that
-/// $OMBRIX_PLUGINS names are there whether they exist or not.
+/// All others, in the order that Host::LoadInstalled documents; files of a folder by their names, each file once by
+/// whatever names it is found. Files that $OMBRIX_PLUGINS names are there whether they exist or not.
 std::vector<std::filesystem::path> InstalledPlugins();
 
 }  // namespace ombrix::host

@@ -198,6 +198,20 @@ TEST_F(ErrorsTest, FilesThatEndTooSoon) {
     }
 }
 
+TEST_F(ErrorsTest, PluginsThatNobodyNamedAreBroken) {
+    WriteColour("in.png", {1, 2, 3});
+    Write("broken.so", "no shared object");
+    const auto inEnvironment = [] { setenv("OMBRIX_PLUGINS", "broken.so:" OMBRIX_BUILD_DIR "/libposterize.so", 1); };
+    // The work goes on without it, with the others.
+    const Outcome run = Ombrix({"posterize", "2", "in.png", "out.png"}, inEnvironment);
+    EXPECT_EQ(run.status, 0);
+    ExpectSentence(run);
+    EXPECT_THAT(run.err, HasSubstr("broken.so"));
+    EXPECT_EQ(PixelOf("out.png"), (Pixel{0, 0, 0, 255}));
+    EXPECT_EQ(Ombrix({"--plugin", "broken.so", "posterize", "2", "in.png", "out2.png"}, inEnvironment).status, kFailed);
+    EXPECT_FALSE(fs::exists(Path("out2.png")));
+}
+
 TEST_F(ErrorsTest, TheStandardPluginIsMissing) {
     fs::create_directory(Path("alone"));
     const char* const files[] = {"ombrix", "libombrix_host.so.0", "libombrix_platform.so"};
