@@ -1,4 +1,5 @@
 // Plug-ins that are found, and the process that one Host has.
+#include <dlfcn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -6,7 +7,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "platform/host_claim.h"
 #include "tests/host/support.h"
 
 namespace ombrix::host {
@@ -57,7 +57,10 @@ TEST_F(InstalledPlugins, AreTheStandardOneAndThoseOfTheUser) {
     Place("host_probe", "named");
     const fs::path derived = Place("host_derived", ".local/share/ombrix/plugins");
     std::ofstream(derived.parent_path() / "notes.txt") << "not looked at";
-    setenv("OMBRIX_PLUGINS", (":" + missing.string() + ":" + broken.parent_path().string()).c_str(), 1);
+    // Each is taken once, by whatever names it is found.
+    fs::create_symlink(broken, derived.parent_path() / "again.so");
+    const std::string named = missing.string() + ":" + broken.parent_path().string();
+    setenv("OMBRIX_PLUGINS", (":" + named + ":" + named).c_str(), 1);
 
     Host host;
     EXPECT_THAT(host.LoadInstalled(), ElementsAre(IsBroken(missing, "there is no plug-in file"),
@@ -80,18 +83,27 @@ TEST_F(InstalledPlugins, LieWhereTheUserSaysThatDataDoes) {
 }
 
 TEST(Process, HasOneHost) {
+    HostOptions options;
+    options.owner = "the first";
+    const Host first(options);
+    EXPECT_THAT(ErrorOf([] { Host second; }), AllOf(HasSubstr("has a Host already"), HasSubstr("the first, by \"/")));
+}
+
+TEST(Process, HasOneHostInAllCopiesOfTheLibrary) {
+    void* other = dlopen(TestPlugin("host_other_user").c_str(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(other, nullptr) << dlerror();
+    const auto makeOtherHost = reinterpret_cast<const char* (*)()>(dlsym(other, "MakeOtherHost"));
+    const auto endOtherHost = reinterpret_cast<void (*)()>(dlsym(other, "EndOtherHost"));
     {
-        HostOptions options;
-        options.owner = "the first";
-        const Host first(options);
-        EXPECT_THAT(ErrorOf([] { Host second; }),
-                    AllOf(HasSubstr("has a Host already"), HasSubstr("the first, by \"/")));
+        const Host own;
+        EXPECT_THAT(makeOtherHost(), AllOf(HasSubstr("has a Host already"), HasSubstr("the program, by \"/"),
+                                           HasSubstr("host_tests\"")));
     }
-    const Host next;
-    // A copy of the library knows of it by the platform alone.
-    char present[100];
-    EXPECT_EQ(OmbrixClaimProcess("a copy", present, sizeof present), 0);
-    EXPECT_THAT(present, testing::StartsWith("the program, by "));
+    EXPECT_STREQ(makeOtherHost(), "");
+    EXPECT_THAT(ErrorOf([] { Host own; }), AllOf(HasSubstr("the other, by \"/"), HasSubstr("libombrix_host.so")));
+    endOtherHost();
+    const Host own;
+    dlclose(other);
 }
 
 TEST(Process, GivesTurnsToThreadsOfTheHostsProcessAlone) {
