@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <ranges>
 
-#include "catalogue/constants.h"
 #include "text/names.h"
 
 namespace ombrix::catalogue {
@@ -58,7 +57,8 @@ const PropertyInfo* PropertyOf(const host::Host& host, const host::ClassInfo& ty
     return left;
 }
 
-std::vector<const PropertyInfo*> PropertiesByPosition(host::Host& host, const host::ClassInfo& type) {
+std::vector<const PropertyInfo*> PropertiesByPosition(const host::Host& host, const host::ClassInfo& type,
+                                                      const std::function<bool(const PropertyInfo&)>& isKind) {
     const std::vector<host::MethodInfo> overloads = host.FindMethods(type.name, "Apply");
     const auto longest = std::ranges::max_element(
         overloads, {}, [](const host::MethodInfo& method) { return method.parameters.size(); });
@@ -73,8 +73,7 @@ std::vector<const PropertyInfo*> PropertiesByPosition(host::Host& host, const ho
     std::vector<const PropertyInfo*> positions;
     for (const PropertyInfo* property : OwnProperties(host, type)) {
         const bool isArgument = std::ranges::find(arguments, property) != arguments.end();
-        const bool isKind = !isArgument && !takesOnlySource && ConstantsFor(host, type, *property).size() > 1;
-        if (takesOnlySource || isKind) positions.push_back(property);
+        if (takesOnlySource || (!isArgument && isKind(*property))) positions.push_back(property);
     }
     positions.insert(positions.end(), arguments.begin(), arguments.end());
     std::erase_if(positions, [](const PropertyInfo* property) { return HasName(property, kMaskProperty); });

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "catalogue/accepted_range.h"
 #include "text/names.h"
 
 namespace ombrix::catalogue {
@@ -21,12 +22,6 @@ bool IsForByName(const ConstantInfo& constant, const PropertyInfo& property) {
     const std::size_t end = constant.name.find('_');
     if (end == std::string::npos || end == 0) return false;
     return text::LowerCase(property.name).ends_with(text::LowerCase(constant.name.substr(0, end)));
-}
-
-std::vector<std::string> NamesOf(const std::vector<ConstantInfo>& constants) {
-    std::vector<std::string> names;
-    for (const ConstantInfo& constant : constants) names.push_back(constant.name);
-    return names;
 }
 
 /// The Integer whose range holds all constants and little else; null when none does.
@@ -58,8 +53,8 @@ const host::ClassInfo* DeclaringClass(const host::Host& host, const host::ClassI
 
 }  // namespace
 
-std::vector<ConstantInfo> ConstantsFor(host::Host& host, const host::ClassInfo& type, const PropertyInfo& property,
-                                       const Prepare& prepare) {
+std::vector<Constant> ConstantsFor(host::Host& host, const host::ClassInfo& type, const PropertyInfo& property,
+                                   const Prepare& prepare) {
     if (!IsSettableInteger(property)) return {};
     const host::ClassInfo* declaring = DeclaringClass(host, type, property);
     if (!declaring || declaring->constants.empty()) return {};
@@ -78,28 +73,36 @@ std::vector<ConstantInfo> ConstantsFor(host::Host& host, const host::ClassInfo& 
             rest.push_back(constant);
         }
     }
-    if (!named.empty() || rest.empty()) return named;
+    if (!named.empty() || rest.empty()) return WithWords(named);
     const PropertyInfo* owner = others.size() == 1 ? others.front() : Closest(host, type, others, rest, prepare);
-    return owner && text::SameName(owner->name, property.name) ? rest : std::vector<ConstantInfo>{};
+    return owner && text::SameName(owner->name, property.name) ? WithWords(rest) : std::vector<Constant>{};
 }
 
-std::vector<std::string> ShortNames(const std::vector<ConstantInfo>& constants) {
-    std::vector<std::string> names = NamesOf(constants);
+std::vector<Constant> WithWords(const std::vector<ConstantInfo>& constants) {
+    std::vector<std::string> names;
+    for (const ConstantInfo& constant : constants) names.push_back(constant.name);
     const std::size_t common = text::CommonBeginning(names).size();
-    for (std::string& name : names) name = text::LowerCase(name.substr(common));
-    return names;
+    std::vector<Constant> result;
+    for (const ConstantInfo& constant : constants) {
+        result.push_back({constant.name, text::LowerCase(constant.name.substr(common)), constant.value});
+    }
+    return result;
 }
 
-const ConstantInfo* FindConstant(const std::vector<ConstantInfo>& constants, std::string_view given) {
+std::vector<std::string> WordsOf(const std::vector<Constant>& constants) {
+    std::vector<std::string> words;
+    for (const Constant& constant : constants) words.push_back(constant.word);
+    return words;
+}
+
+const Constant* FindConstant(const std::vector<Constant>& constants, std::string_view given) {
     std::string name(given);
     std::ranges::replace_if(
         name, [](char letter) { return letter == '-' || letter == ' '; }, '_');
-    const std::vector<std::string> shortNames = ShortNames(constants);
-    for (const ConstantInfo& constant : constants) {
-        if (text::SameName(constant.name, name)) return &constant;
-    }
-    for (std::size_t i = 0; i < constants.size(); ++i) {
-        if (text::SameName(shortNames[i], name)) return &constants[i];
+    for (const auto member : {&Constant::name, &Constant::word}) {
+        for (const Constant& constant : constants) {
+            if (text::SameName(constant.*member, name)) return &constant;
+        }
     }
     return nullptr;
 }

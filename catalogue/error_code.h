@@ -3,14 +3,14 @@
 
 #include <string_view>
 
+#include "ombrix/api.h"
 #include "ombrix/host.h"
 
 namespace ombrix::catalogue {
-
 /// 0 when all went well.
 inline constexpr std::string_view kErrorCodeProperty = "ErrorCode";
 
 /// False also for an object without the property.
-bool ReportsError(const host::Host& host, const host::Object& object);
+OMBRIX_API bool ReportsError(const host::Host& host, const host::Object& object);
 
 }  // namespace ombrix::catalogue

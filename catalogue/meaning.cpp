@@ -53,18 +53,17 @@ Prepare WithTrialPictures(host::Host& host, const std::vector<std::string>& prop
     };
 }
 
-std::optional<host::ConstantInfo> WorksAs(host::Host& host, const host::ClassInfo& type,
-                                          const host::PropertyInfo& property, std::int64_t value,
-                                          const Prepare& prepare) {
-    const std::vector<host::ConstantInfo> constants = ConstantsFor(host, type, property, prepare);
-    const auto isValue = [value](const host::ConstantInfo& constant) { return constant.value == value; };
+std::optional<Constant> WorksAs(host::Host& host, const host::ClassInfo& type, const host::PropertyInfo& property,
+                                std::int64_t value, const Prepare& prepare) {
+    const std::vector<Constant> constants = ConstantsFor(host, type, property, prepare);
+    const auto isValue = [value](const Constant& constant) { return constant.value == value; };
     if (constants.size() < 2 || std::ranges::any_of(constants, isValue)) return std::nullopt;
     const Results results(host, type, property, prepare);
     const host::Picture result = results.Of(value);
     if (!result) return std::nullopt;
-    std::optional<host::ConstantInfo> same;
+    std::optional<Constant> same;
     bool differ = false;
-    for (const host::ConstantInfo& constant : constants) {
+    for (const Constant& constant : constants) {
         const host::Picture other = results.Of(constant.value);
         const bool isSame = other && IsSamePicture(result, other);
         if (isSame && !same) same = constant;

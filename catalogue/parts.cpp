@@ -68,7 +68,8 @@ class Trial {
             pictures.push_back(
                 TrialPicture(host_, size.x, size.y, kPictureDepth, static_cast<std::uint32_t>(2 + pictures.size())));
         }
-        return std::all_of(kTrialPoints.begin(), kTrialPoints.end(),
+        const bool usesPoints = !givenPoints_.empty() || roles.Has(PointRole::Position);
+        return std::all_of(kTrialPoints.begin(), usesPoints ? kTrialPoints.end() : kTrialPoints.begin() + 1,
                            [&](const TrialPoints& points) { return WorksWith(points, pictures, roles); });
     }
 

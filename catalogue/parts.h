@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "ombrix/api.h"
 #include "ombrix/host.h"
 
 namespace ombrix::catalogue {
-
 /// In pixels.
 struct Rectangle {
     std::int64_t left = 0;
@@ -39,7 +39,7 @@ enum class PointRole {
 };
 
 /// How to give parts to an effect.
-struct PartRoles {
+struct OMBRIX_API PartRoles {
     struct PictureProperty {
         std::string name;
         PictureRole role;
@@ -61,13 +61,13 @@ struct PictureToSet {
     bool coversSource;  ///< is as large as the source; only then can it be worked on along with it
 };
 
-/// Finds out how an effect works by parts, with pictures and points in these properties. `prepare` sets the others. The
-/// source has `depth` bits per pixel (24 or 32), the pictures have 24. Nothing when no way gives the same result as the
-/// whole picture does.
-std::optional<PartRoles> FindPartRoles(host::Host& host, const host::ClassInfo& type,
-                                       const std::vector<PictureToSet>& pictures,
-                                       const std::vector<std::string>& points, int depth,
-                                       const std::function<void(const host::Object&)>& prepare);
+/// Finds out how an effect works by parts, with pictures and points in these properties. `prepare` sets the others.
+/// The source has `depth` bits per pixel (24 or 32), the pictures have 24. Nothing when no way gives the same
+/// result as the whole picture does.
+OMBRIX_API std::optional<PartRoles> FindPartRoles(host::Host& host, const host::ClassInfo& type,
+                                                  const std::vector<PictureToSet>& pictures,
+                                                  const std::vector<std::string>& points, int depth,
+                                                  const std::function<void(const host::Object&)>& prepare);
 
 /// A placed picture as seen from a part of the source.
 struct PlacedPart {
@@ -78,7 +78,7 @@ struct PlacedPart {
 };
 
 /// `size`: of the placed picture, neither side 0. `extent`: as the program gave it.
-PlacedPart PlaceInPart(const Rectangle& part, Coordinates size, Coordinates position,
-                       std::optional<Coordinates> extent);
+OMBRIX_API PlacedPart PlaceInPart(const Rectangle& part, Coordinates size, Coordinates position,
+                                  std::optional<Coordinates> extent);
 
 }  // namespace ombrix::catalogue

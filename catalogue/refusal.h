@@ -19,7 +19,7 @@ struct GivenValue {
 };
 
 /// Sets all values but those of one property.
-Prepare WithValues(std::vector<GivenValue> values, const std::string& without = {});
+OMBRIX_API Prepare WithValues(std::vector<GivenValue> values, const std::string& without = {});
 
 struct Refusal {
     host::PropertyInfo property;
@@ -29,7 +29,7 @@ struct Refusal {
 
 /// The Integer property that alone keeps the effect from working; nothing when it is not one alone. `setPictures` gives
 /// the object pictures that it needs.
-std::optional<Refusal> FindRefusal(host::Host& host, const host::ClassInfo& type, const std::vector<GivenValue>& given,
-                                   const Prepare& setPictures);
+OMBRIX_API std::optional<Refusal> FindRefusal(host::Host& host, const host::ClassInfo& type,
+                                              const std::vector<GivenValue>& given, const Prepare& setPictures);
 
 }  // namespace ombrix::catalogue

@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <functional>
 
+#include "ombrix/api.h"
 #include "ombrix/host.h"
 
 namespace ombrix::catalogue {
-
 /// Sets up an object before a trial, for example with the pictures that it needs.
 using Prepare = std::function<void(const host::Object&)>;
 
@@ -15,7 +15,8 @@ using Prepare = std::function<void(const host::Object&)>;
 host::Picture TrialPicture(host::Host& host, std::int64_t width, std::int64_t height, int depth, std::uint32_t seed);
 
 /// The effect's result for the source on a new, prepared object; nil when it fails.
-host::Picture Tried(host::Host& host, const host::ClassInfo& type, const host::Picture& source, const Prepare& prepare);
+OMBRIX_API host::Picture Tried(host::Host& host, const host::ClassInfo& type, const host::Picture& source,
+                               const Prepare& prepare);
 
 /// Whether size, depth and pixels are the same. Neither is nil.
 bool IsSamePicture(const host::Picture& a, const host::Picture& b);

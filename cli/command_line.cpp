@@ -43,7 +43,7 @@ std::int64_t ParseCores(const std::string& word) {
 
 class Parser {
   public:
-    Parser(Options& options, host::Host& host) : program_("", "ombrix") {
+    Parser(Options& options, const catalogue::Catalogue& catalogue) : program_("", "ombrix") {
         program_.formatter(HelpLayout(ProgramHelp));
         program_.set_version_flag("--version", "ombrix " OMBRIX_VERSION, "Show the version");
         program_.set_help_flag("-h,--help", "Show this help");
@@ -59,7 +59,7 @@ class Parser {
             commands_.push_back(std::move(command));
         }
         for (const std::unique_ptr<Command>& command : commands_) {
-            for (const Command::Form& form : command->AddForms(program_, host)) AddForm(form, *command);
+            for (const Command::Form& form : command->AddForms(program_, catalogue)) AddForm(form, *command);
         }
     }
 
@@ -247,7 +247,8 @@ std::optional<CommandLine> ReadCommandLine(int count, const char* const* words, 
         missing = std::current_exception();  // help is for those, too, who look for what is wrong
     }
     if (count > 0) line.options.program = words[0];
-    Parser parser(line.options, host);
+    line.catalogue = std::make_unique<catalogue::Catalogue>(host, line.brokenPlugins);
+    Parser parser(line.options, *line.catalogue);
     try {
         const auto pieces = SplitAtThen(count, words);
         for (std::size_t i = 0; i < pieces.size(); ++i) {

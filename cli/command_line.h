@@ -8,12 +8,14 @@
 
 #include "cli/commands/command.h"
 #include "cli/options.h"
+#include "ombrix/catalogue.h"
 
 namespace ombrix::cli {
 
 struct CommandLine {
     Options options;
     std::vector<host::BrokenPlugin> brokenPlugins;  ///< which nobody named, so the work goes on without them
+    std::unique_ptr<catalogue::Catalogue> catalogue;
     std::unique_ptr<Command> command;
 };
 

@@ -1,6 +1,5 @@
 #include "cli/effect_object.h"
 
-#include "catalogue/constants.h"
 #include "cli/failure.h"
 #include "cli/reflection.h"
 #include "text/phrases.h"
@@ -21,8 +20,7 @@ PlannedSetting PlanProperty(Session& session, const host::ClassInfo& type, const
     const std::string name = type.name + "." + property->name;
     if (property->readOnly) throw UsageError(name + " can be read only, not set");
     return {setting, property->name,
-            ParseValue(session.host, setting, property->type, catalogue::ConstantsFor(session.host, type, *property),
-                       name)};
+            ParseValue(session.host, setting, property->type, session.catalogue.ConstantsFor(type, *property), name)};
 }
 
 }  // namespace

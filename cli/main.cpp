@@ -25,7 +25,7 @@ void Run(const CommandLine& line, host::Host& host) {
     for (const host::BrokenPlugin& plugin : line.brokenPlugins) {
         console.Note(plugin.reason);
     }
-    Session session{host, line.options, console};
+    Session session{host, *line.catalogue, line.options, console};
     line.command->Run(session);
     if (!std::cout.flush()) throw WorkError("standard output cannot be written");
 }

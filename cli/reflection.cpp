@@ -1,5 +1,7 @@
 #include "cli/reflection.h"
 
+#include "catalogue/constants.h"
+#include "catalogue/words.h"
 #include "cli/failure.h"
 #include "cli/values.h"
 #include "text/names.h"
@@ -8,32 +10,18 @@
 
 namespace ombrix::cli {
 
-namespace {
-
-/// Users may leave this out.
-constexpr std::string_view kEnding = "Effect";
-
-}  // namespace
+using catalogue::kEnding;
 
 const host::ClassInfo* FindClass(const host::Host& host, std::string_view name) {
     if (const host::ClassInfo* exact = host.FindClass(name)) return exact;
     return host.FindClass(std::string(name).append(kEnding));
 }
 
-std::string ShortName(const host::Host& host, const host::ClassInfo& type) {
-    const std::string whole = text::LowerCase(type.name), ending = text::LowerCase(kEnding);
-    if (!whole.ends_with(ending) || whole == ending) return whole;
-    std::string shortName = whole.substr(0, whole.size() - ending.size());
-    return host.FindClass(shortName) ? whole : shortName;
-}
-
-const host::ClassInfo& FindEffect(const host::Host& host, std::string_view name) {
-    const host::ClassInfo* type = FindClass(host, name);
-    if (type && host.IsA(type->name, host::kEffectInterface)) return *type;
+const catalogue::Effect& FindEffect(const Session& session, std::string_view name) {
+    if (const catalogue::Effect* effect = session.catalogue.Find(name)) return *effect;
+    const host::ClassInfo* type = FindClass(session.host, name);
     std::vector<std::string> effects;
-    for (const host::ClassInfo& candidate : host.Classes()) {
-        if (host.IsA(candidate.name, host::kEffectInterface)) effects.push_back(candidate.name);
-    }
+    for (const catalogue::Effect& effect : session.catalogue.Effects()) effects.push_back(effect.Name());
     // With its ending a short name has more letters to be recognised by.
     const bool isWhole = text::LowerCase(name).ends_with(text::LowerCase(kEnding));
     const std::string wanted = isWhole ? std::string(name) : std::string(name).append(kEnding);
@@ -61,12 +49,12 @@ std::vector<std::string> SettableProperties(const host::Host& host, const host::
     return names;
 }
 
-std::vector<host::ConstantInfo> ConstantsOf(const host::Host& host, const host::ClassInfo& type) {
+std::vector<catalogue::Constant> ConstantsOf(const host::Host& host, const host::ClassInfo& type) {
     std::vector<host::ConstantInfo> constants;
     for (const host::ClassInfo* ancestor : host.Ancestry(type.name)) {
         constants.insert(constants.end(), ancestor->constants.begin(), ancestor->constants.end());
     }
-    return constants;
+    return catalogue::WithWords(constants);
 }
 
 Owner FindOwner(const host::Host& host, std::string_view name) {

@@ -5,16 +5,14 @@
 #include <string_view>
 #include <vector>
 
-#include "ombrix/host.h"
+#include "cli/session.h"
 
 namespace ombrix::cli {
 
 /// With or without the ending "Effect". Null when there is none.
 const host::ClassInfo* FindClass(const host::Host& host, std::string_view name);
-/// What a user types for the class: its name in small letters without the ending, where that finds no other class.
-std::string ShortName(const host::Host& host, const host::ClassInfo& type);
-/// A class that can be applied to a picture. A UsageError suggests a name when there is none.
-const host::ClassInfo& FindEffect(const host::Host& host, std::string_view name);
+/// By class or word. A UsageError suggests a name when there is none.
+const catalogue::Effect& FindEffect(const Session& session, std::string_view name);
 
 /// The property that takes a progress handler, or null.
 const host::PropertyInfo* FindProgressProperty(const host::Host& host, const host::ClassInfo& type);
@@ -22,7 +20,7 @@ const host::PropertyInfo* FindProgressProperty(const host::Host& host, const hos
 std::vector<std::string> SettableProperties(const host::Host& host, const host::ClassInfo& type);
 
 /// The class's own first, then its superclasses'.
-std::vector<host::ConstantInfo> ConstantsOf(const host::Host& host, const host::ClassInfo& type);
+std::vector<catalogue::Constant> ConstantsOf(const host::Host& host, const host::ClassInfo& type);
 
 /// A class or a module: one of the two is null.
 struct Owner {

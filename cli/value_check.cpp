@@ -5,7 +5,6 @@
 
 #include "catalogue/accepted_range.h"
 #include "catalogue/arguments.h"
-#include "catalogue/constants.h"
 #include "catalogue/error_code.h"
 #include "catalogue/meaning.h"
 #include "catalogue/refusal.h"
@@ -143,9 +142,10 @@ class ValueCheck {
 
     /// An effect whose values are all initial and which changes no picture.
     void NoteNoValue() const {
-        const auto positions = catalogue::PropertiesByPosition(session_.host, type_);
+        const catalogue::Effect* effect = session_.catalogue.Find(type_.name);
+        if (!effect || &effect->Type() != &type_) return;
         std::vector<std::string> names;
-        for (const PropertyInfo* property : positions) {
+        for (const catalogue::Property* property : effect->ByPosition()) {
             if (GivenTo(property->name)) return;
             names.push_back(property->name);
         }

@@ -17,8 +17,8 @@ namespace ombrix::cli {
 
 namespace {
 
-std::optional<std::int64_t> ParseInteger(std::string_view text, const std::vector<host::ConstantInfo>& constants) {
-    if (const host::ConstantInfo* constant = catalogue::FindConstant(constants, text)) return constant->value;
+std::optional<std::int64_t> ParseInteger(std::string_view text, const std::vector<catalogue::Constant>& constants) {
+    if (const catalogue::Constant* constant = catalogue::FindConstant(constants, text)) return constant->value;
     return text::ParseNumber<std::int64_t>(text);
 }
 
@@ -43,19 +43,19 @@ std::optional<std::pair<std::int64_t, std::int64_t>> ParsePoint(std::string_view
 
 constexpr std::size_t kMostOffered = 3;
 
-std::vector<std::string> FullNames(const std::vector<host::ConstantInfo>& constants) {
+std::vector<std::string> FullNames(const std::vector<catalogue::Constant>& constants) {
     std::vector<std::string> names;
-    for (const host::ConstantInfo& constant : constants) names.push_back(constant.name);
+    for (const catalogue::Constant& constant : constants) names.push_back(constant.name);
     return names;
 }
 
 /// What would have been an Integer.
-std::string IntegerForms(const std::string& text, const std::vector<host::ConstantInfo>& constants) {
+std::string IntegerForms(const std::string& text, const std::vector<catalogue::Constant>& constants) {
     if (text.find_first_not_of("+-0123456789") == std::string::npos && !text.empty()) {
         return "a whole number that 64 bits can hold";
     }
     if (constants.empty()) return "a whole number";
-    const std::vector<std::string> names = catalogue::ShortNames(constants);
+    const std::vector<std::string> names = catalogue::WordsOf(constants);
     std::vector<std::string> offered = text::NearestNames(text, names, kMostOffered);
     if (offered.empty()) offered = text::NearestNames(text, FullNames(constants), kMostOffered);
     if (offered.empty()) return "a whole number or one of " + text::Join(names);
@@ -77,7 +77,7 @@ bool CanBeTyped(std::string_view type) {
 }
 
 TypedValue ParseValue(host::Host& host, const Setting& setting, std::string_view type,
-                      const std::vector<host::ConstantInfo>& constants, const std::string& receiver) {
+                      const std::vector<catalogue::Constant>& constants, const std::string& receiver) {
     const std::string& text = setting.text;
     const auto refuse = [&](const std::string& wanted) {
         return UsageError(receiver + " takes " + wanted + ", not " + text::Quoted(text));

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "cli/settings.h"
-#include "ombrix/host.h"
+#include "ombrix/catalogue.h"
 
 namespace ombrix::cli {
 
@@ -26,7 +26,7 @@ bool CanBeTyped(std::string_view type);
 /// them begin with; a Boolean, a Double (50% is 0.5), a Point as x,y, a Picture as a file name. An empty text is a nil
 /// object. A UsageError says what `receiver` takes.
 TypedValue ParseValue(host::Host& host, const Setting& setting, std::string_view type,
-                      const std::vector<host::ConstantInfo>& constants, const std::string& receiver);
+                      const std::vector<catalogue::Constant>& constants, const std::string& receiver);
 
 /// As it would be typed; other objects by the name of their class.
 std::string Shown(const host::Value& value);

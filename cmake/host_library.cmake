@@ -9,7 +9,8 @@ set_target_properties(ombrix_host_shared PROPERTIES
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
     LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/host_exports.map)
-target_include_directories(ombrix_host_shared INTERFACE ${PROJECT_SOURCE_DIR}/host/include)
+target_include_directories(ombrix_host_shared
+    INTERFACE ${PROJECT_SOURCE_DIR}/host/include ${PROJECT_SOURCE_DIR}/catalogue/include)
 target_compile_features(ombrix_host_shared INTERFACE cxx_std_20)
 target_link_libraries(ombrix_host_shared PRIVATE ombrix_platform ombrix_text PkgConfig::FFI ${CMAKE_DL_LIBS})
 # Without the list, templates of the standard library would be offered as well.

@@ -4,12 +4,12 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # What each folder may include besides itself; a row also stands for the folders within, unless they have a row of
-# their own. `*` is everything, `cli/*` the files that lie in cli/ itself. host/include/ is what gets installed: its
-# files are included as "ombrix/...".
+# their own. `*` is everything, `cli/*` the files that lie in cli/ itself. What lies in an include/ gets installed, and
+# is included as "ombrix/...".
 export ARROWS='
-    bridges        host/include
-    python         host/include
-    capi           host/include
+    bridges        host/include catalogue/include
+    python         host/include catalogue/include
+    capi           host/include catalogue/include
     cli            catalogue host text
     cli/commands   cli catalogue host text
     cli/studio     cli/* cli/images cli/gallery catalogue host text
@@ -26,14 +26,22 @@ export ARROWS='
     pixels         sdk
     sdk            platform
     platform
-    examples       host/include sdk
+    examples       host/include catalogue/include sdk
     tests          *
     bench          *
     fuzz           *
 '
 
+INSTALLED=$(git ls-files -- '*/include/ombrix/*')
+export INSTALLED
 git ls-files -z -- '*.c' '*.cpp' '*.h' | xargs -0 awk '
     BEGIN {
+        count = split(ENVIRON["INSTALLED"], header, "\n")
+        for (i = 1; i <= count; ++i) {
+            name = header[i]
+            sub("^.*/include/", "", name)
+            installed[name] = header[i]
+        }
         rows = split(ENVIRON["ARROWS"], row, "\n")
         for (i = 1; i <= rows; ++i) {
             if (split(row[i], word, " ")) {
@@ -78,7 +86,7 @@ git ls-files -z -- '*.c' '*.cpp' '*.h' | xargs -0 awk '
         path = $0
         sub("^[^\"<]*[\"<]", "", path)
         sub("[\">].*$", "", path)
-        sub("^ombrix/", "host/include/ombrix/", path)
+        if (path in installed) path = installed[path]
         if (path !~ "/" || (!inQuotes && !RowOf(path))) next  # a neighbour, or a header of another library
         if (!RowOf(path)) Complain(path " lies in no folder that has a row in scripts/check_arrows.sh")
         else if (!MayInclude(room, path)) Complain(room "/ may not include " path)

@@ -6,7 +6,6 @@
 
 #include "catalogue/arguments.h"
 #include "catalogue/constants.h"
-#include "catalogue/descriptions.h"
 #include "cli/commands/command.h"
 #include "cli/failure.h"
 #include "cli/images/chain.h"
@@ -62,17 +61,17 @@ struct Step {
     std::string mask;  ///< image file; empty for none
 };
 
-std::vector<std::string> NamesOf(const std::vector<const host::PropertyInfo*>& properties) {
+std::vector<std::string> NamesOf(const std::vector<const catalogue::Property*>& properties) {
     std::vector<std::string> names;
-    for (const host::PropertyInfo* property : properties) names.push_back(property->name);
+    for (const catalogue::Property* property : properties) names.push_back(property->name);
     return names;
 }
 
 /// Names the values: each is for the next property that was not given by name.
-std::vector<Setting> NamedValues(host::Host& host, const host::ClassInfo& type, const Step& step) {
+std::vector<Setting> NamedValues(const catalogue::Effect& effect, const Step& step) {
     std::vector<Setting> named;
-    const std::vector<const host::PropertyInfo*> positions = catalogue::PropertiesByPosition(host, type);
-    for (const host::PropertyInfo* property : positions) {
+    const std::vector<const catalogue::Property*>& positions = effect.ByPosition();
+    for (const catalogue::Property* property : positions) {
         if (named.size() == step.values.size()) break;
         const auto isThis = [property](const Setting& each) { return text::SameName(each.name, property->name); };
         if (std::ranges::none_of(step.settings, isThis)) named.push_back({property->name, step.values[named.size()]});
@@ -83,69 +82,69 @@ std::vector<Setting> NamedValues(host::Host& host, const host::ClassInfo& type, 
     const std::string values = positions.empty()       ? "no values"
                                : positions.size() == 1 ? "one value, " + positions.front()->name
                                                        : "the values " + text::Listed(NamesOf(positions));
-    throw WrongWords(type.name + " takes " + values + ", and was given " + text::Listed(extra) +
+    throw WrongWords(effect.Name() + " takes " + values + ", and was given " + text::Listed(extra) +
                      (named.empty() ? "" : " beyond " + std::string(named.size() == 1 ? "it" : "them")) +
                      "; the files go at the end of the line: INPUT and OUTPUT, or one with --in-place");
 }
 
 /// Values without names, then those with names. --mask sets a property like any other.
-std::vector<Setting> AllSettings(host::Host& host, const host::ClassInfo& type, const Step& step) {
-    std::vector<Setting> settings = NamedValues(host, type, step);
+std::vector<Setting> AllSettings(const host::Host& host, const catalogue::Effect& effect, const Step& step) {
+    std::vector<Setting> settings = NamedValues(effect, step);
     settings.insert(settings.end(), step.settings.begin(), step.settings.end());
     if (step.mask.empty()) return settings;
-    if (!host.FindProperty(type.name, catalogue::kMaskProperty)) {
-        throw UsageError(type.name + " has no mask, so --mask means nothing for it; it has " +
-                         text::Listed(SettableProperties(host, type)));
+    if (!effect.FindProperty(catalogue::kMaskProperty)) {
+        throw UsageError(effect.Name() + " has no mask, so --mask means nothing for it; it has " +
+                         text::Listed(SettableProperties(host, effect.Type())));
     }
     settings.push_back({std::string(catalogue::kMaskProperty), step.mask});
     return settings;
 }
 
 /// "ombrix sepia --help"
-HelpText HelpOf(host::Host& host, const host::ClassInfo& type, const std::string& description) {
-    const std::string name = ShortName(host, type);
-    const bool hasMask = host.FindProperty(type.name, catalogue::kMaskProperty);
+HelpText HelpOf(const catalogue::Effect& effect) {
+    const std::string& name = effect.Word();
+    const bool hasMask = effect.FindProperty(catalogue::kMaskProperty);
     std::string usage = "  ombrix " + name;
     std::string values;
-    for (const host::PropertyInfo* property : catalogue::PropertiesByPosition(host, type)) {
+    for (const catalogue::Property* property : effect.ByPosition()) {
         usage += " [" + property->name + "]";
-        const auto constants = catalogue::ConstantsFor(host, type, *property);
+        const std::vector<catalogue::Constant>& constants = effect.ConstantsOf(*property);
         if (!constants.empty()) {
-            values += "\n\n" + property->name + " is " + text::Join(catalogue::ShortNames(constants)) + ".";
+            values += "\n\n" + property->name + " is " + text::Join(catalogue::WordsOf(constants)) + ".";
         }
     }
     usage += std::string(" [NAME=VALUE ...]") + (hasMask ? " [--mask FILE]" : "") + " [--then EFFECT ...]";
     const std::string chain = usage;
     usage += " INPUT OUTPUT";
-    if (host.IsA(type.name, host::kInPlaceInterface)) usage += "\n" + chain + " --in-place FILE";
-    return {(description.empty() ? "Applies " + type.name + " to a picture." : description) + values +
-                "\n\n\"ombrix list " + name + "\" shows all properties and what they take.",
+    if (effect.WorksInPlace()) usage += "\n" + chain + " --in-place FILE";
+    return {(effect.Description().empty() ? "Applies " + effect.Name() + " to a picture." : effect.Description()) +
+                values + "\n\n\"ombrix list " + name + "\" shows all properties and what they take.",
             usage};
 }
 
 /// "sepia 30 photo.jpg" lacks OUTPUT, although it has two words at the end. `step`: the last, whose words they are.
-void RefuseValueAsInput(host::Host& host, const Step& step, const std::vector<std::string>& files) {
-    const host::ClassInfo& type = FindEffect(host, step.effect);
-    const auto positions = catalogue::PropertiesByPosition(host, type);
+void RefuseValueAsInput(Session& session, const Step& step, const std::vector<std::string>& files) {
+    const catalogue::Effect& effect = FindEffect(session, step.effect);
+    const std::vector<const catalogue::Property*>& positions = effect.ByPosition();
     if (!step.values.empty() || positions.empty() || std::filesystem::exists(files.front())) return;
-    const host::PropertyInfo& first = *positions.front();
+    const catalogue::Property& first = *positions.front();
     try {
-        const TypedValue value = ParseValue(host, {first.name, files.front()}, first.type,
-                                            catalogue::ConstantsFor(host, type, first), first.name);
+        const TypedValue value =
+            ParseValue(session.host, {first.name, files.front()}, first.type, effect.ConstantsOf(first), first.name);
         if (!std::holds_alternative<host::Value>(value)) return;
     } catch (const UsageError&) {
         return;
     }
-    throw WrongWords("after its values " + type.name + " takes INPUT and OUTPUT, and was given " + files.back() +
+    throw WrongWords("after its values " + effect.Name() + " takes INPUT and OUTPUT, and was given " + files.back() +
                      "; there is no file " + files.front() + ", which would be a " + first.name);
 }
 
 PlannedStep Plan(Session& session, const Step& step, bool inPlace) {
-    const host::ClassInfo& type = FindEffect(session.host, step.effect);
-    if (inPlace && !session.host.IsA(type.name, host::kInPlaceInterface)) {
-        throw UsageError(type.name + " cannot work in place; leave out --in-place and name an output file");
+    const catalogue::Effect& effect = FindEffect(session, step.effect);
+    if (inPlace && !effect.WorksInPlace()) {
+        throw UsageError(effect.Name() + " cannot work in place; leave out --in-place and name an output file");
     }
-    return {type, PlanProperties(session, type, AllSettings(session.host, type, step))};
+    return {effect.Type(), PlanProperties(session, effect.Type(), AllSettings(session.host, effect, step))};
 }
 
 /// All files that are read must exist and differ from the output.
@@ -187,30 +186,26 @@ class Apply : public Command {
             ->take_last();
     }
 
-    std::vector<Form> AddForms(CLI::App& program, host::Host& host) override {
+    std::vector<Form> AddForms(CLI::App& program, const catalogue::Catalogue& catalogue) override {
         std::vector<Form> forms;
-        const catalogue::Descriptions descriptions(host);
-        for (const host::ClassInfo& type : host.Classes()) {
-            if (!host.IsA(type.name, host::kEffectInterface)) continue;
-            const std::string name = ShortName(host, type);
+        for (const catalogue::Effect& effect : catalogue.Effects()) {
+            const std::string& name = effect.Word();
             // A command's own name stays its own; such an effect is for "apply".
             if (!program.get_subcommands([&name](const CLI::App* app) { return app->check_name(name); }).empty())
                 continue;
-            const std::string description = descriptions.OfClass(type);
-            CLI::App* app = program.add_subcommand(name, description.empty() ? "Apply " + type.name : description);
+            const std::string& description = effect.Description();
+            CLI::App* app = program.add_subcommand(name, description.empty() ? "Apply " + effect.Name() : description);
             app->ignore_case()->group("Effects");
-            if (const std::string whole = text::LowerCase(type.name); whole != name) app->alias(whole);
+            if (const std::string whole = text::LowerCase(effect.Name()); whole != name) app->alias(whole);
             AddOptions(*app);
             // Not shown where they mean nothing, which a sentence tells whoever gives them.
-            if (!host.FindProperty(type.name, catalogue::kMaskProperty)) app->get_option("--mask")->group("");
-            if (!host.IsA(type.name, host::kInPlaceInterface)) app->get_option("--in-place")->group("");
+            if (!effect.FindProperty(catalogue::kMaskProperty)) app->get_option("--mask")->group("");
+            if (!effect.WorksInPlace()) app->get_option("--in-place")->group("");
             app->callback([this, name] {
                 words_.insert(words_.begin(), name);
                 called_ = name;
             });
-            forms.push_back({app, [&host, &type = *host.FindClass(type.name), description] {
-                                 return HelpOf(host, type, description);
-                             }});
+            forms.push_back({app, [&effect] { return HelpOf(effect); }});
         }
         return forms;
     }
@@ -244,9 +239,9 @@ class Apply : public Command {
         std::vector<PlannedStep> steps;
         try {
             for (const Step& step : steps_) steps.push_back(Plan(session, step, inPlace_));
-            if (!inPlace_) RefuseValueAsInput(session.host, steps_.back(), files_);
+            if (!inPlace_) RefuseValueAsInput(session, steps_.back(), files_);
         } catch (const WrongWords& wrong) {
-            throw UsageError(wrong.what(), ShownUsage(Help(session.host)));
+            throw UsageError(wrong.what(), ShownUsage(Help(session)));
         }
         const std::filesystem::path input = InputFile(files_.front());
         CheckFiles(input, inPlace_ ? nullptr : &output.file, steps);
@@ -283,8 +278,8 @@ class Apply : public Command {
     }
 
     /// Of the subcommand that was typed.
-    HelpText Help(host::Host& host) const {
-        return called_ == kAbout.name ? kAbout.help : HelpOf(host, FindEffect(host, called_), {});
+    HelpText Help(const Session& session) const {
+        return called_ == kAbout.name ? kAbout.help : HelpOf(FindEffect(session, called_));
     }
 
     /// Where the missing files may be.

@@ -150,11 +150,11 @@ struct PlannedCall {
 };
 
 /// Those of the property that the argument stands for, or else all of its owner.
-std::vector<host::ConstantInfo> ConstantsForArgument(host::Host& host, const Owner& owner, const MethodInfo& method,
-                                                     const ParameterInfo& parameter) {
-    if (!owner.type) return owner.module->constants;
-    const host::PropertyInfo* property = catalogue::PropertyOf(host, *owner.type, method, parameter);
-    return property ? catalogue::ConstantsFor(host, *owner.type, *property) : ConstantsOf(host, *owner.type);
+std::vector<catalogue::Constant> ConstantsForArgument(const Session& session, const Owner& owner,
+                                                      const MethodInfo& method, const ParameterInfo& parameter) {
+    if (!owner.type) return catalogue::WithWords(owner.module->constants);
+    const host::PropertyInfo* property = catalogue::PropertyOf(session.host, *owner.type, method, parameter);
+    return property ? session.catalogue.ConstantsFor(*owner.type, *property) : ConstantsOf(session.host, *owner.type);
 }
 
 PlannedCall Plan(Session& session, const GivenCall& given) {
@@ -173,7 +173,7 @@ PlannedCall Plan(Session& session, const GivenCall& given) {
         const ParameterInfo& parameter = *FindParameter(call.method, argument.name);
         call.arguments.push_back({argument, parameter.name,
                                   ParseValue(session.host, argument, parameter.type,
-                                             ConstantsForArgument(session.host, call.owner, call.method, parameter),
+                                             ConstantsForArgument(session, call.owner, call.method, parameter),
                                              call.callee + "'s argument " + parameter.name)});
     }
     call.outcome = OutcomeOf(call.method, call.arguments, given.output.has_value(), call.callee);

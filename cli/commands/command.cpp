@@ -4,7 +4,7 @@
 
 namespace ombrix::cli {
 
-std::vector<Command::Form> Command::AddForms(CLI::App&, host::Host&) { return {}; }
+std::vector<Command::Form> Command::AddForms(CLI::App&, const catalogue::Catalogue&) { return {}; }
 
 void Command::Then() { throw UsageError("--then goes between the effects of apply"); }
 

@@ -32,7 +32,7 @@ class Command {
         MakeHelp help;
     };
     /// Adds subcommands made from what the plug-ins register.
-    virtual std::vector<Form> AddForms(CLI::App& program, host::Host& host);
+    virtual std::vector<Form> AddForms(CLI::App& program, const catalogue::Catalogue& catalogue);
 
     /// Called at a --then. A UsageError unless the command makes chains.
     virtual void Then();

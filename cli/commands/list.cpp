@@ -5,9 +5,8 @@
 #include <iostream>
 #include <string>
 
+#include "catalogue/accepted_range.h"
 #include "catalogue/constants.h"
-#include "catalogue/descriptions.h"
-#include "catalogue/property_values.h"
 #include "cli/commands/command.h"
 #include "cli/failure.h"
 #include "cli/reflection.h"
@@ -31,10 +30,12 @@ Examples:
   ombrix list
   ombrix list blend
   ombrix list | grep Picture
+  ombrix list sepia --json
 
-NAME is an effect, a class or a module to show alone. What effects inherit is shown with --all.)";
+NAME is an effect, a class or a module to show alone. What effects inherit is shown with --all.
+--json tells programs all that is known of the effects, or of the effect NAME.)";
 
-constexpr const char* kUsage = R"(  ombrix list [NAME] [--all])";
+constexpr const char* kUsage = R"(  ombrix list [NAME] [--all | --json])";
 
 const Command::About kAbout = {"list", "Show what the plug-ins register", {kHelp, kUsage}};
 
@@ -46,13 +47,12 @@ void PrintText(const std::string& text, std::size_t indent) {
 }
 
 /// "10 to 55; it has to be given", "normal, multiply or screen; normal unless given"
-std::string Described(const catalogue::PropertyValues& values) {
+std::string Described(const catalogue::Values& values) {
     std::string takes, initial = Shown(values.initial);
     if (!values.constants.empty()) {
-        const std::vector<std::string> names = catalogue::ShortNames(values.constants);
-        takes = text::Join(names);
-        for (std::size_t i = 0; i < names.size(); ++i) {
-            if (values.constants[i].value == values.initial.AsInteger()) initial = names[i];
+        takes = text::Join(catalogue::WordsOf(values.constants));
+        for (const catalogue::Constant& constant : values.constants) {
+            if (constant.value == values.initial.AsInteger()) initial = constant.word;
         }
     } else if (values.range) {
         takes = catalogue::Described(*values.range);
@@ -63,7 +63,7 @@ std::string Described(const catalogue::PropertyValues& values) {
     }
     if (values.initial.IsNil()) return takes;
     if (!takes.empty()) takes += "; ";
-    return takes + (values.isRefused ? "it has to be given" : initial + " unless given");
+    return takes + (values.refusesInitial ? "it has to be given" : initial + " unless given");
 }
 
 void PrintLine(const char* kind, const std::string& text, const std::string& origin) {
@@ -72,7 +72,7 @@ void PrintLine(const char* kind, const std::string& text, const std::string& ori
 
 class Printer {
   public:
-    Printer(host::Host& host, bool all) : host_(host), descriptions_(host), all_(all) {}
+    Printer(const Session& session, bool all) : host_(session.host), catalogue_(session.catalogue), all_(all) {}
 
     /// Each member once, where it is declared.
     void PrintAll() const {
@@ -122,17 +122,18 @@ class Printer {
         if (!type.superclass.empty()) std::cout << ", derived from " << type.superclass;
         if (!type.interfaces.empty()) std::cout << ", implements " << text::Listed(type.interfaces);
         std::cout << '\n';
-        PrintText(descriptions_.OfClass(type), 2);
+        PrintText(catalogue_.Description(type), 2);
     }
     static void PrintHeading(const host::ModuleInfo& module) { std::cout << "module " << module.name << '\n'; }
 
     /// What values the property takes, if people can type it, and what they do.
     std::string About(const host::ClassInfo& type, const host::ClassInfo& declaring,
                       const host::PropertyInfo& property) const {
-        const std::string description = descriptions_.OfProperty(declaring, property.name);
+        const std::string description = catalogue_.Description(declaring, property.name);
         if (property.readOnly || !IsEffect(declaring) || !CanBeTyped(property.type)) return description;
         const Doing trying(Activity::Effect, type.name);
-        const std::string values = Described(catalogue::FindValues(host_, type, property));
+        const catalogue::Effect& effect = *catalogue_.Find(type.name);
+        const std::string values = Described(effect.ValuesOf(*effect.FindProperty(property.name)));
         return values + (values.empty() || description.empty() ? "" : ". ") + description;
     }
 
@@ -157,8 +158,8 @@ class Printer {
         }
     }
 
-    host::Host& host_;
-    const catalogue::Descriptions descriptions_;
+    const host::Host& host_;
+    const catalogue::Catalogue& catalogue_;
     const bool all_;
 };
 
@@ -168,7 +169,9 @@ class List : public Command {
 
     void AddOptions(CLI::App& app) override {
         app.add_option("words", words_)->group("");
-        app.add_flag("--all", all_, "Also what effects inherit from their base class");
+        auto* all = app.add_flag("--all", all_, "Also what effects inherit from their base class");
+        app.add_flag("--json", json_, "Effects alone, for programs: as JSON, on one line unless a terminal shows it")
+            ->excludes(all);
     }
 
     void Check() override {
@@ -177,8 +180,10 @@ class List : public Command {
 
     void Run(Session& session) override {
         // Effects are tried, and may fail in every way.
-        Supervise(session, {}, [this](Session& worker) {
-            const Printer printer(worker.host, all_);
+        const int indent = isatty(STDOUT_FILENO) != 0 ? 2 : -1;
+        Supervise(session, {}, [this, indent](Session& worker) {
+            if (json_) return PrintJson(worker, indent);
+            const Printer printer(worker, all_);
             if (words_.empty()) {
                 printer.PrintAll();
             } else {
@@ -188,8 +193,15 @@ class List : public Command {
     }
 
   private:
+    void PrintJson(const Session& session, int indent) const {
+        const catalogue::Effect* only = words_.empty() ? nullptr : &FindEffect(session, words_.front());
+        const Doing trying(Activity::Effect, only ? only->Name() : "an effect");
+        std::cout << session.catalogue.Json(only, indent) << '\n';
+    }
+
     std::vector<std::string> words_;
     bool all_ = false;
+    bool json_ = false;
 };
 
 }  // namespace

@@ -69,11 +69,9 @@ class Maker {
     std::vector<EffectPlan> Plans() {
         const Scene small = originals_.At(session_, kTrialSize);
         std::vector<EffectPlan> plans;
-        for (const host::ClassInfo& info : session_.host.Classes()) {
-            const host::ClassInfo& type = *session_.host.FindClass(info.name);
-            if (!session_.host.IsA(type.name, host::kEffectInterface)) continue;
-            session_.console.BeginStage("trying values of " + type.name);
-            plans.push_back(PlanShots(session_, type, small));
+        for (const catalogue::Effect& effect : session_.catalogue.Effects()) {
+            session_.console.BeginStage("trying values of " + effect.Name());
+            plans.push_back(PlanShots(session_, effect, small));
         }
         return plans;
     }

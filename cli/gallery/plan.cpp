@@ -7,17 +7,18 @@
 #include <set>
 
 #include "catalogue/accepted_range.h"
-#include "catalogue/constants.h"
 #include "cli/reflection.h"
+#include "cli/supervisor/progress_of_work.h"
 #include "cli/values.h"
 #include "text/names.h"
 
 namespace ombrix::cli {
 
+using catalogue::Constant;
 using catalogue::kFarthest;
 using catalogue::Range;
+using catalogue::Values;
 using host::ClassInfo;
-using host::ConstantInfo;
 using host::PropertyInfo;
 
 namespace {
@@ -67,12 +68,13 @@ std::vector<std::int64_t> Samples(Range range) {
 
 class Planner {
   public:
-    Planner(Session& session, const ClassInfo& type, const Scene& small)
+    Planner(Session& session, const catalogue::Effect& effect, const Scene& small)
         : session_(session),
-          type_(type),
+          effect_(effect),
+          type_(effect.Type()),
           small_(small),
           original_(small.source),
-          properties_(PropertiesOf(session.host, type)) {}
+          properties_(PropertiesOf(session.host, type_)) {}
 
     EffectPlan Plan() {
         if (FindBase()) {
@@ -92,17 +94,7 @@ class Planner {
         Look look;
     };
 
-    /// What an Integer property may be set to: constants, or a range.
-    struct Values {
-        std::vector<ConstantInfo> constants;
-        std::optional<Range> range;
-    };
-
     host::Host& Host() const { return session_.host; }
-
-    bool IsAccepted(const Settings& settings, const Scene& scene) const {
-        return static_cast<bool>(cli::Applied(session_, type_, settings, scene));
-    }
 
     std::optional<Trial> Try(const Settings& settings) const {
         const host::Picture result = cli::Applied(session_, type_, settings, small_);
@@ -112,62 +104,24 @@ class Planner {
 
     // ---- What an object needs -------------------------------------------------------------------------------
 
-    /// Finds settings without which an object gives no picture: missing pictures, and an Integer whose initial value is
-    /// refused. Tries them on pictures of one pixel, where no size is wrong.
+    /// Settings without which an object gives no picture.
     bool FindBase() {
-        const host::Picture dot = Host().NewPicture(1, 1);
-        const Scene tiny{dot, dot, dot};
-        Settings needed;
-        for (const PropertyInfo& property : properties_) {
-            if (text::SameName(property.type, "Picture")) needed.push_back({property.name, Role::Fill, {}});
-        }
-        if (!IsAccepted(needed, tiny)) {
-            const auto number = AcceptedNumber(needed, tiny);
-            if (!number) return false;
-            needed.push_back(*number);
-            baseIsGuessed_ = true;
-        }
-        // Drops what is not needed.
-        for (std::size_t i = needed.size(); i-- > 0;) {
-            Settings fewer = needed;
-            fewer.erase(fewer.begin() + static_cast<std::ptrdiff_t>(i));
-            if (IsAccepted(fewer, tiny)) needed = fewer;
-        }
-        base_ = needed;
-        return true;
-    }
-
-    /// A value of some Integer property that makes the effect work.
-    std::optional<SceneSetting> AcceptedNumber(const Settings& needed, const Scene& tiny) const {
-        for (const PropertyInfo& property : properties_) {
-            if (!text::SameName(property.type, "Integer")) continue;
-            if (const auto range = RangeOf(property, needed, tiny)) {
-                return SceneSetting{property.name, host::Value(range->low + (range->high - range->low) / 2), {}};
-            }
-        }
-        return std::nullopt;
-    }
-
-    std::optional<Range> RangeOf(const PropertyInfo& property, const Settings& needed, const Scene& tiny) const {
-        return catalogue::AcceptedRange(Host(), type_, property,
-                                        [&](const host::Object& object) { SetIn(tiny, Host(), needed, object); });
+        const catalogue::Needs& needs = effect_.WhatItNeeds();
+        for (const std::string& picture : needs.pictures) base_.push_back({picture, Role::Fill, {}});
+        if (needs.number) base_.push_back({needs.number->property, host::Value(needs.number->value), {}});
+        baseIsGuessed_ = needs.number.has_value();
+        return needs.areMet;
     }
 
     // ---- Integers -------------------------------------------------------------------------------------------
 
-    Values ValuesOf(const PropertyInfo& property) const {
-        const host::Picture dot = Host().NewPicture(1, 1);
-        Values values;
-        values.range = RangeOf(property, base_, {dot, dot, dot});
-        values.constants = catalogue::ConstantsFor(Host(), type_, property, [&](const host::Object& object) {
-            SetIn({dot, dot, dot}, Host(), base_, object);
-        });
-        return values;
+    const Values& ValuesOf(const PropertyInfo& property) const {
+        return effect_.ValuesOf(*effect_.FindProperty(property.name));
     }
 
     std::vector<Trial> TrialsOf(const PropertyInfo& property, const Values& values) const {
         std::vector<SceneSetting> candidates;
-        for (const ConstantInfo& constant : values.constants) {
+        for (const Constant& constant : values.constants) {
             candidates.push_back({property.name, host::Value(constant.value), constant.name});
         }
         if (candidates.empty() && values.range) {
@@ -201,19 +155,19 @@ class Planner {
     void ShowIntegers() {
         struct Candidate {
             const PropertyInfo* property;
-            Values values;
+            const Values& values;
             std::vector<Trial> trials;
         };
         std::vector<Candidate> candidates;
         for (const PropertyInfo& property : properties_) {
             if (!text::SameName(property.type, "Integer")) continue;
-            Values values = ValuesOf(property);
+            const Values& values = ValuesOf(property);
             std::vector<Trial> trials = TrialsOf(property, values);
             // The number of cores, for example, does not change pictures. An effect's own constants are shown anyway.
             const bool isTold = IsOfEffects(property) && !values.constants.empty();
             if (trials.empty() || (MakesNoDifference(trials) && !isTold)) continue;
             Describe(property, values);
-            candidates.push_back({&property, std::move(values), std::move(trials)});
+            candidates.push_back({&property, values, std::move(trials)});
         }
         const std::size_t count = candidates.size() > 1 ? kValuesOfSeveral : kValuesOfOne;
         for (Candidate& candidate : candidates) {
@@ -372,6 +326,7 @@ class Planner {
     }
 
     Session& session_;
+    const catalogue::Effect& effect_;
     const ClassInfo& type_;
     const Scene& small_;
     const Look original_;
@@ -385,8 +340,9 @@ class Planner {
 
 }  // namespace
 
-EffectPlan PlanShots(Session& session, const ClassInfo& type, const Scene& small) {
-    return Planner(session, type, small).Plan();
+EffectPlan PlanShots(Session& session, const catalogue::Effect& effect, const Scene& small) {
+    const Doing trying(Activity::Effect, effect.Name());
+    return Planner(session, effect, small).Plan();
 }
 
 }  // namespace ombrix::cli

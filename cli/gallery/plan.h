@@ -29,6 +29,6 @@ struct EffectPlan {
 };
 
 /// Tries the effect on a small scene.
-EffectPlan PlanShots(Session& session, const host::ClassInfo& type, const Scene& small);
+EffectPlan PlanShots(Session& session, const catalogue::Effect& effect, const Scene& small);
 
 }  // namespace ombrix::cli

@@ -79,7 +79,7 @@ void Try(Session& session, const std::function<void(Session&)>& work, MessageWri
     std::ostringstream text;
     std::streambuf* const before = std::cout.rdbuf(text.rdbuf());
     try {
-        Session own{session.host, session.options, told};
+        Session own{session.host, session.catalogue, session.options, told};
         work(own);
         messages.Send(MessageKind::Text, text.str());
         messages.Send(MessageKind::Done);
