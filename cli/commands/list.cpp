@@ -163,6 +163,13 @@ class Printer {
     const bool all_;
 };
 
+/// Lets the catalogue find out all that the JSON tells, with a name for whoever is to blame.
+void TryAll(const catalogue::Effect& effect) {
+    const Doing trying(Activity::Effect, effect.Name());
+    for (const catalogue::Property& property : effect.Properties()) effect.ValuesOf(property);
+    effect.WorksPixelByPixel();
+}
+
 class List : public Command {
   public:
     const About& Describe() const override { return kAbout; }
@@ -195,7 +202,9 @@ class List : public Command {
   private:
     void PrintJson(const Session& session, int indent) const {
         const catalogue::Effect* only = words_.empty() ? nullptr : &FindEffect(session, words_.front());
-        const Doing trying(Activity::Effect, only ? only->Name() : "an effect");
+        for (const catalogue::Effect& effect : session.catalogue.Effects()) {
+            if (!only || only == &effect) TryAll(effect);
+        }
         std::cout << session.catalogue.Json(only, indent) << '\n';
     }
 

@@ -76,7 +76,8 @@ class Effect;
 
 /// The effects of all plug-ins that are loaded when it is made. It reads records only; the first call that asks for
 /// what records do not say tries the effect on a few pixels, and keeps the answer. Trying runs the plug-in's code, with
-/// all that may come of it, and follows the Host's rule of threads. Valid until the next Load.
+/// all that may come of it, and follows the Host's rule of threads. Valid until the next Load; must not outlive the
+/// Host.
 class OMBRIX_API Catalogue {
   public:
     /// Of the `broken` plug-ins, from Host::LoadInstalled, only the JSON tells.

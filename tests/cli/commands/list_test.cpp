@@ -1,5 +1,7 @@
 // What can be learned without a picture: records, help, version.
 
+#include <nlohmann/json.hpp>
+
 #include "tests/cli/support.h"
 
 namespace ombrix::test {
@@ -36,6 +38,70 @@ TEST_F(ListTest, ListsEveryRecordAndWhatTryingTells) {
     EXPECT_THAT(blend, Not(HasSubstr("MultiprocessingHint")));
     EXPECT_THAT(Ombrix({"list", "colorfilter", "--all"}).out,
                 HasSubstr("ColorFilterEffect.MultiprocessingHint as Integer  (from MPImageFilter)\n"));
+}
+
+TEST_F(ListTest, JsonSaysWhatListSays) {
+    const std::vector<std::string> plugins{"--plugin", OMBRIX_BUILD_DIR "/libposterize.so", "--plugin",
+                                           OMBRIX_BUILD_DIR "/tests/odd_effects.so"};
+    const auto list = [&](const std::vector<std::string>& words) {
+        std::vector<std::string> all = plugins;
+        all.insert(all.end(), words.begin(), words.end());
+        const Outcome run = Ombrix(all);
+        EXPECT_EQ(run.status, 0) << run.err;
+        return run.out;
+    };
+    const std::string json = list({"list", "--json"});
+    EXPECT_EQ(json.find('\n'), json.size() - 1) << "one line, where no terminal shows it";
+    const auto catalogue = nlohmann::json::parse(json);
+    ASSERT_EQ(catalogue["effects"].size(), 12u);
+    EXPECT_EQ(catalogue["plugins"].size(), 3u);
+    EXPECT_EQ(json, list({"list", "--json"}));
+    // Without line breaks, which depend on the width.
+    const auto onOneLine = [](const std::string& text) {
+        std::string words;
+        for (const char letter : text) {
+            const bool isBlank = letter == ' ' || letter == '\n';
+            if (!isBlank || (!words.empty() && words.back() != ' ')) words += isBlank ? ' ' : letter;
+        }
+        return words;
+    };
+    const std::string text = onOneLine(list({"list", "--all"}));
+    for (const auto& effect : catalogue["effects"]) {
+        const auto name = effect["name"].get<std::string>();
+        EXPECT_THAT(text, HasSubstr("class " + name + ", derived"));
+        EXPECT_EQ(nlohmann::json::parse(list({"list", effect["word"], "--json"}))["effects"][0], effect);
+        for (const auto& property : effect["properties"]) {
+            if (property["inherited"]) continue;
+            std::string line = "property " + name + "." + property["name"].get<std::string>() + " as " +
+                               property["type"].get<std::string>() + " ";
+            std::vector<std::string> words;
+            for (const auto& constant : property["constants"]) words.push_back(constant["word"]);
+            if (!words.empty()) {
+                for (const std::string& word : words) line += word + (&word == &words.back() ? "; " : ", ");
+            } else if (const auto& range = property["range"]; range.is_object() && range["low"].is_number()) {
+                line += range["low"].dump() + " to " + range["high"].dump() + "; ";
+            } else if (range.is_object()) {
+                line += "any number; ";
+            }
+            if (property["refusesDefault"]) line += "it has to be given";
+            EXPECT_THAT(text, HasSubstr(line));
+        }
+    }
+}
+
+TEST_F(ListTest, JsonIsWholeOrNothing) {
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"list", "OmbrixError", "--json"}, {"list", "--json", "--all"}}) {
+        const Outcome run = Ombrix(words);
+        EXPECT_EQ(run.status, 2) << run.err;
+        EXPECT_EQ(run.out, "");
+        ExpectSentence(run);
+    }
+    const Outcome crashed = Ombrix({"list", "--json", "--plugin", OMBRIX_BUILD_DIR "/tests/hostile_effects.so"});
+    EXPECT_EQ(crashed.status, 1);
+    EXPECT_EQ(crashed.out, "");
+    EXPECT_THAT(crashed.err, HasSubstr("HostileEffect"));
+    ExpectSentence(crashed);
 }
 
 TEST_F(ListTest, TellsHelpAndVersion) {
