@@ -31,8 +31,8 @@ struct Variation {
 std::vector<host::Value> IntegersOf(const Values& values) {
     std::vector<host::Value> samples;
     for (const Constant& constant : values.constants) samples.emplace_back(constant.value);
-    if (!samples.empty() || !values.range) return samples;
-    const Range range = *values.range;
+    if (!samples.empty()) return samples;
+    const Range range = values.range.value_or(Range{-kFarthest, kFarthest});
     const std::int64_t start = std::clamp(values.initial.AsInteger(), range.low, range.high);
     const std::int64_t low = range.low == -kFarthest ? start - 7 : range.low;
     const std::int64_t high = range.high == kFarthest ? start + 7 : range.high;

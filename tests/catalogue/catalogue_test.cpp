@@ -67,7 +67,7 @@ TEST(Catalogue, PixelWorkIsFoundByTrying) {
                   {"grayscale", true, true},   {"posterize", true, true}, {"narrow", true, true},
                   {"needy", true, true},       {"size", false, true},     {"stubborn", false, false},
                   {"blur", false, false},      {"ramp", false, true},     {"fade", true, false},
-                  {"veil", true, false},       {"red", true, true}};
+                  {"veil", true, false},       {"red", true, true},       {"culprit", false, false}};
     EXPECT_EQ(std::size(kCases), all.catalogue->Effects().size());
     for (const auto& expected : kCases) {
         EXPECT_EQ(all[expected.effect].WorksPixelByPixel(), expected.isPixelByPixel) << expected.effect;

@@ -26,6 +26,7 @@ class Pixels {
     Pixels(const Pixels&) = delete;
     Pixels& operator=(const Pixels&) = delete;
 
+    REALobjectStruct* Picture() const { return picture_; }
     int Width() const { return description_.width; }
     int Height() const { return description_.height; }
     int Size() const { return static_cast<int>(CGBitmapContextGetBitsPerPixel(Context()) / 8); }
@@ -76,6 +77,11 @@ void DropRed(std::uint8_t* pixel, const Pixels& source, int, int, const Data& da
     if (data.amount > 0) pixel[source.Size() - 3] = 0;
 }
 
+/// Breaks a rule of the host's: gives back a reference that it was not given.
+void ReleaseTooOften(std::uint8_t*, const Pixels& source, int, int, const Data& data) {
+    if (data.amount > 0) EUnlockObject(source.Picture());
+}
+
 template <Change kChange>
 struct Effect {
     static inline REALclassDefinition record;
@@ -118,4 +124,5 @@ void REALPluginMain(REALresolver resolver) {
     Effect<LowerAlpha>::Register("FadeEffect", "Fade_amount", "FadeAmount");
     Effect<LookAtAlpha>::Register("VeilEffect", "Veil", "VeilRGBValue2x");
     Effect<DropRed>::Register("RedEffect", "Infrared", "Red2");
+    Effect<ReleaseTooOften>::Register("CulpritEffect", "Amount", "Other");
 }
