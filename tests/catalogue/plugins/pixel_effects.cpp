@@ -55,7 +55,9 @@ REALobjectStruct* CopyOf(MPImageFilterData* base, REALobjectStruct* source) {
 /// Changes `pixel`, which is that of `source` at x, y. Colours are its last three bytes, alpha its first of four.
 using Change = void (*)(std::uint8_t* pixel, const Pixels& source, int x, int y, const Data& data);
 
+/// Only with nothing but the amount set.
 void TakeNeighbour(std::uint8_t* pixel, const Pixels& source, int x, int y, const Data& data) {
+    if (data.other != 0) return;
     const int from = std::min(x + static_cast<int>(data.amount), source.Width() - 1);
     std::copy_n(source.At(from, y), source.Size(), pixel);
 }
