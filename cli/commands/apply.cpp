@@ -33,10 +33,10 @@ Examples:
   ombrix apply sepia SepiaValue=30 --in-place photo.jpg
 
 EFFECT is a class in any case, with or without its ending "Effect"; "apply" itself may be left out. NAME=VALUE sets one
-of its properties, which "ombrix list EFFECT" shows, and a VALUE alone the next of those that "ombrix EFFECT --help"
-shows in its usage. A value is a number, 60%, the name of a constant, true or false, x,y for a point, or an image file;
-NAME= removes an object. The last two words are INPUT and OUTPUT. Write ./a=b.png for a file whose name looks like
-NAME=VALUE.
+of its properties, which "ombrix list EFFECT" shows: SepiaValue, or without the effect's own name value. A VALUE alone
+sets the next of those that "ombrix EFFECT --help" shows in its usage. A value is a number, 60%, the name of a constant,
+true or false, x,y for a point, or an image file; NAME= removes an object. The last two words are INPUT and OUTPUT.
+Write ./a=b.png for a file whose name looks like NAME=VALUE.
 
 OUTPUT may end with options of its writer, by the names that libvips uses: out.webp[lossless],
 out.jpg[Q=85,subsample-mode=off,interlace], out.png[compression=9], out.avif[lossless]. "-" is standard input or output.)";
@@ -67,36 +67,47 @@ std::vector<std::string> NamesOf(const std::vector<const catalogue::Property*>& 
     return names;
 }
 
+/// The settings with properties as registered where their words are given.
+std::vector<Setting> WithNames(const catalogue::Effect& effect, std::vector<Setting> settings) {
+    for (Setting& setting : settings) {
+        const catalogue::Property* property = effect.FindProperty(setting.name);
+        if (property && !text::SameName(property->name, setting.name)) setting.name = property->name;
+    }
+    return settings;
+}
+
 /// Names the values: each is for the next property that was not given by name.
-std::vector<Setting> NamedValues(const catalogue::Effect& effect, const Step& step) {
+std::vector<Setting> NamedValues(const catalogue::Effect& effect, const std::vector<Setting>& settings,
+                                 const std::vector<std::string>& values) {
     std::vector<Setting> named;
     const std::vector<const catalogue::Property*>& positions = effect.ByPosition();
     for (const catalogue::Property* property : positions) {
-        if (named.size() == step.values.size()) break;
+        if (named.size() == values.size()) break;
         const auto isThis = [property](const Setting& each) { return text::SameName(each.name, property->name); };
-        if (std::ranges::none_of(step.settings, isThis)) named.push_back({property->name, step.values[named.size()]});
+        if (std::ranges::none_of(settings, isThis)) named.push_back({property->name, values[named.size()]});
     }
-    if (named.size() == step.values.size()) return named;
-    const std::vector<std::string> extra(step.values.begin() + static_cast<std::ptrdiff_t>(named.size()),
-                                         step.values.end());
-    const std::string values = positions.empty()       ? "no values"
-                               : positions.size() == 1 ? "one value, " + positions.front()->name
-                                                       : "the values " + text::Listed(NamesOf(positions));
-    throw WrongWords(effect.Name() + " takes " + values + ", and was given " + text::Listed(extra) +
+    if (named.size() == values.size()) return named;
+    const std::vector<std::string> extra(values.begin() + static_cast<std::ptrdiff_t>(named.size()), values.end());
+    const std::string taken = positions.empty()       ? "no values"
+                              : positions.size() == 1 ? "one value, " + positions.front()->name
+                                                      : "the values " + text::Listed(NamesOf(positions));
+    throw WrongWords(effect.Name() + " takes " + taken + ", and was given " + text::Listed(extra) +
                      (named.empty() ? "" : " beyond " + std::string(named.size() == 1 ? "it" : "them")) +
                      "; the files go at the end of the line: INPUT and OUTPUT, or one with --in-place");
 }
 
 /// Values without names, then those with names. --mask sets a property like any other.
 std::vector<Setting> AllSettings(const host::Host& host, const catalogue::Effect& effect, const Step& step) {
-    std::vector<Setting> settings = NamedValues(effect, step);
-    settings.insert(settings.end(), step.settings.begin(), step.settings.end());
+    const std::vector<Setting> given = WithNames(effect, step.settings);
+    std::vector<Setting> settings = NamedValues(effect, given, step.values);
+    settings.insert(settings.end(), given.begin(), given.end());
     if (step.mask.empty()) return settings;
-    if (!effect.FindProperty(catalogue::kMaskProperty)) {
+    const catalogue::Property* mask = effect.FindProperty(catalogue::kMaskProperty);
+    if (!mask) {
         throw UsageError(effect.Name() + " has no mask, so --mask means nothing for it; it has " +
                          text::Listed(SettableProperties(host, effect.Type())));
     }
-    settings.push_back({std::string(catalogue::kMaskProperty), step.mask});
+    settings.push_back({mask->name, step.mask});
     return settings;
 }
 

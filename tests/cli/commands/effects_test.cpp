@@ -43,6 +43,8 @@ TEST_F(EffectsTest, AreSubcommandsThatTakeValuesInOrder) {
     ExpectSame({"colorfilter", "Green=-2", "1", "3"}, {"apply", "colorfilter", "Red=1", "Green=-2", "Blue=3"});
     ExpectSame({"blend", "overlay", "fill.png", "60%", "FillMask=", "Location=-20,3"},
                {"apply", "blend", "BlendMode=MODE_OVERLAY", "FillPicture=fill.png", "Opacity=0.6", "Location=-20,3"});
+    ExpectSame({"blend", "fill_picture=fill.png", "mode=screen", "50%"},
+               {"apply", "blend", "BlendMode=MODE_SCREEN", "FillPicture=fill.png", "Opacity=0.5"});
     ExpectSame({"blend", "color-dodge", "fill.png"}, {"apply", "blend", "BlendMode=6", "FillPicture=fill.png"});
     ExpectSame({"invert", "--mask", "fill.png", "--then", "sepia", "20"},
                {"apply", "invert", "--mask", "fill.png", "--then", "sepia", "SepiaValue=20"});
