@@ -32,7 +32,8 @@ class Pixels {
     int Size() const { return static_cast<int>(CGBitmapContextGetBitsPerPixel(Context()) / 8); }
     std::uint8_t* At(int x, int y) const {
         return static_cast<std::uint8_t*>(CGBitmapContextGetData(Context())) +
-               static_cast<std::size_t>(y) * CGBitmapContextGetBytesPerRow(Context()) + x * Size();
+               static_cast<std::size_t>(y) * CGBitmapContextGetBytesPerRow(Context()) +
+               static_cast<std::size_t>(x) * static_cast<std::size_t>(Size());
     }
 
   private:
