@@ -25,25 +25,6 @@ struct TrialPoints {
 };
 constexpr std::array kTrialPoints = {TrialPoints{{3, 4}, {7, 6}}, TrialPoints{{-2, -3}, {-1, 100}}};
 
-host::Picture Part(host::Host& host, const host::Picture& picture, const Rectangle& part) {
-    const host::Picture::Lock pixels(picture);
-    return host.WrapPixels({pixels.Base() + part.top * pixels.RowBytes() + part.left * (picture.Depth() / 8),
-                            pixels.RowBytes(), part.width, part.height, picture.Depth()});
-}
-
-bool IsSame(const host::Picture& whole, const Rectangle& part, const host::Picture& result) {
-    if (!result || result.Width() != part.width || result.Height() != part.height || result.Depth() != whole.Depth())
-        return false;
-    const host::Picture::Lock expected(whole);
-    const host::Picture::Lock actual(result);
-    const std::int64_t bytesPerPixel = whole.Depth() / 8;
-    for (int y = 0; y < result.Height(); ++y) {
-        const std::uint8_t* row = expected.Base() + (part.top + y) * expected.RowBytes() + part.left * bytesPerPixel;
-        if (std::memcmp(row, actual.Row(y).data(), actual.Row(y).size()) != 0) return false;
-    }
-    return true;
-}
-
 bool Names(const std::vector<std::string>& names, const std::string& name) {
     return std::any_of(names.begin(), names.end(),
                        [&name](const std::string& each) { return text::SameName(each, name); });
@@ -85,11 +66,11 @@ class Trial {
             std::vector<host::Picture> parts;
             for (std::size_t i = 0; i < pictures.size(); ++i) {
                 const bool isPlaced = roles.pictures[i].role == PictureRole::Placed;
-                parts.push_back(Part(host_, pictures[i], isPlaced ? placed.cut : part));
+                parts.push_back(PartOf(host_, pictures[i], isPlaced ? placed.cut : part));
             }
-            if (!IsSame(
-                    whole, part,
-                    Result(Part(host_, source_, part), parts, points.position, placed.position, placed.extent, roles)))
+            if (!IsSamePart(whole, part,
+                            Result(PartOf(host_, source_, part), parts, points.position, placed.position, placed.extent,
+                                   roles)))
                 return false;
         }
         return true;
@@ -231,6 +212,25 @@ std::optional<PartRoles> FindPartRoles(host::Host& host, const host::ClassInfo& 
         if (trial.Works(deals.Current())) return deals.Current();
     } while (deals.Next());
     return std::nullopt;
+}
+
+host::Picture PartOf(host::Host& host, const host::Picture& picture, const Rectangle& part) {
+    const host::Picture::Lock pixels(picture);
+    return host.WrapPixels({pixels.Base() + part.top * pixels.RowBytes() + part.left * (picture.Depth() / 8),
+                            pixels.RowBytes(), part.width, part.height, picture.Depth()});
+}
+
+bool IsSamePart(const host::Picture& whole, const Rectangle& part, const host::Picture& result) {
+    if (!result || result.Width() != part.width || result.Height() != part.height || result.Depth() != whole.Depth())
+        return false;
+    const host::Picture::Lock expected(whole);
+    const host::Picture::Lock actual(result);
+    const std::int64_t bytesPerPixel = whole.Depth() / 8;
+    for (int y = 0; y < result.Height(); ++y) {
+        const std::uint8_t* row = expected.Base() + (part.top + y) * expected.RowBytes() + part.left * bytesPerPixel;
+        if (std::memcmp(row, actual.Row(y).data(), actual.Row(y).size()) != 0) return false;
+    }
+    return true;
 }
 
 PlacedPart PlaceInPart(const Rectangle& part, Coordinates size, Coordinates position,

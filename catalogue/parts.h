@@ -69,6 +69,12 @@ OMBRIX_API std::optional<PartRoles> FindPartRoles(host::Host& host, const host::
                                                   const std::vector<std::string>& points, int depth,
                                                   const std::function<void(const host::Object&)>& prepare);
 
+/// The part of a picture, without a copy.
+host::Picture PartOf(host::Host& host, const host::Picture& picture, const Rectangle& part);
+
+/// Whether `result` has the size of the part and the pixels that `whole` has there. `result` may be nil.
+bool IsSamePart(const host::Picture& whole, const Rectangle& part, const host::Picture& result);
+
 /// A placed picture as seen from a part of the source.
 struct PlacedPart {
     bool isThere = false;  ///< whether any of the picture lies in the part; without, any picture will do as the cut

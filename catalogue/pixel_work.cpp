@@ -1,6 +1,7 @@
 #include "catalogue/pixel_work.h"
 
 #include <algorithm>
+#include <map>
 
 #include "catalogue/arguments.h"
 #include "catalogue/parts.h"
@@ -18,6 +19,8 @@ using host::PropertyInfo;
 constexpr std::int64_t kWidth = 19, kHeight = 13;
 constexpr int kDepth = 32;
 constexpr std::uint32_t kSeed = 1;
+/// Has none of the edges, so that a neighbour, a position or the size shows, whatever an effect looks at.
+constexpr Rectangle kPart{5, 3, 11, 7};
 
 /// What an effect is given for one trial.
 struct Variation {
@@ -77,24 +80,42 @@ class Trials {
         if (!result) return;
         hasResult_ = true;
         work.keepsAlpha = work.keepsAlpha && KeepsAlpha(result, Result(otherAlpha_, given));
-        if (!work.isPixelByPixel) return;
-        std::vector<PictureToSet> pictures;
-        for (const std::string& property : given.pictures) pictures.push_back({property, true});
-        work.isPixelByPixel =
-            FindPartRoles(host_, type_, pictures, given.points, kDepth, WithValues(given.values)).has_value();
+        work.isPixelByPixel = work.isPixelByPixel && WorksByParts(result, given);
     }
 
     bool HasResult() const { return hasResult_; }
 
   private:
-    Picture Result(const Picture& source, const Variation& given) const {
+    /// `part`: of the pictures; all of them without.
+    Picture Result(const Picture& source, const Variation& given, const Rectangle* part = nullptr) const {
         return Tried(host_, type_, source, [&](const host::Object& object) {
             WithValues(given.values)(object);
             std::uint32_t seed = kSeed;
             for (const std::string& property : given.pictures) {
-                object.Set(property, TrialPicture(host_, kWidth, kHeight, 24, ++seed));
+                const Picture picture = PictureOf(++seed);
+                object.Set(property, part ? PartOf(host_, picture, *part) : picture);
             }
         });
+    }
+
+    /// The same for the same seed; made once.
+    const Picture& PictureOf(std::uint32_t seed) const {
+        const auto known = pictures_.find(seed);
+        if (known != pictures_.end()) return known->second;
+        return pictures_.emplace(seed, TrialPicture(host_, kWidth, kHeight, 24, seed)).first->second;
+    }
+
+    /// `whole`: the result for source_.
+    bool WorksByParts(const Picture& whole, const Variation& given) const {
+        if (given.points.empty() && whole.Width() == kWidth && whole.Height() == kHeight &&
+            IsSamePart(whole, kPart, Result(PartOf(host_, source_, kPart), given, &kPart))) {
+            return true;
+        }
+        // Some of the pictures may lie at a position.
+        std::vector<PictureToSet> pictures;
+        for (const std::string& property : given.pictures) pictures.push_back({property, true});
+        return !(given.pictures.empty() && given.points.empty()) &&
+               FindPartRoles(host_, type_, pictures, given.points, kDepth, WithValues(given.values)).has_value();
     }
 
     /// `result` and `other`: for source_ and otherAlpha_.
@@ -119,6 +140,7 @@ class Trials {
     host::Host& host_;
     const host::ClassInfo& type_;
     const Picture source_, otherAlpha_;
+    mutable std::map<std::uint32_t, Picture> pictures_;
     mutable bool hasResult_ = false;
 };
 
