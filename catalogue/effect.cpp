@@ -94,6 +94,9 @@ const Values& Effect::State::ValuesOf(const Property& property) {
         values = FoundOr(
             values, [&] { return FindValues(host, type, InfoOf(property), values, WithNeeds(host, WhatItNeeds())); });
     }
+    if (isTried && std::ranges::find(WhatItNeeds().pictures, property.name) != WhatItNeeds().pictures.end()) {
+        values.refusesInitial = true;
+    }
     return values_.emplace(&property, std::move(values)).first->second;
 }
 

@@ -61,7 +61,7 @@ std::string Described(const catalogue::Values& values) {
     } else if (values.initial.IsBoolean()) {
         takes = "true or false";
     }
-    if (values.initial.IsNil()) return takes;
+    if (values.initial.IsNil() && !values.refusesInitial) return takes;
     if (!takes.empty()) takes += "; ";
     return takes + (values.refusesInitial ? "it has to be given" : initial + " unless given");
 }

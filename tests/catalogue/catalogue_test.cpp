@@ -132,6 +132,8 @@ TEST(CatalogueJson, HasTheFieldsOfEachType) {
     EXPECT_EQ(mode["constants"][3], Json::parse(R"({"name": "MODE_OVERLAY", "word": "overlay", "value": 3})"));
     EXPECT_EQ(mode["range"], Json::parse(R"({"low": null, "high": null})"));
     EXPECT_EQ(mode["position"], 0);
+    EXPECT_EQ(property(4, 1)["refusesDefault"], true) << "a fill is needed";
+    EXPECT_EQ(property(4, 2)["refusesDefault"], false);
     const Json opacity = property(4, 5);
     EXPECT_EQ(opacity["default"], 1.0);
     EXPECT_EQ(opacity["bounds"], Json::parse(R"({"low": 0.0, "high": 1.0})"));

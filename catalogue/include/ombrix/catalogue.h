@@ -57,7 +57,7 @@ struct Values {
     std::vector<Constant> constants;  ///< those that are for this property
     std::optional<Range> range;       ///< what the effect accepts, for an Integer
     std::optional<Bounds> bounds;     ///< beyond which the result stays the same, for a Double
-    bool refusesInitial = false;      ///< the effect does nothing until the property is set
+    bool refusesInitial = false;      ///< the effect gives no picture until the property is set
 };
 
 /// What a new object has to be given before it works.
