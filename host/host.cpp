@@ -2,6 +2,7 @@
 
 #include <limits>
 #include <type_traits>
+#include <utility>
 
 #include "host/calls.h"
 #include "host/installed_plugins.h"
@@ -44,6 +45,22 @@ std::vector<const Method*> MethodsNamed(const HostState& host, std::string_view 
     return MethodsNamed(RequireClass(host, classOrModule), name);
 }
 
+/// An Error when they are no pixels that can be wrapped.
+PixelView ViewOf(const PixelRows& pixels) {
+    std::string objection = PixelBuffer::Objection(pixels.width, pixels.height, pixels.depth);
+    const PixelView view{static_cast<std::uint8_t*>(pixels.base), pixels.rowBytes, pixels.width, pixels.height,
+                         pixels.depth};
+    if (objection.empty() && pixels.height > 1 && pixels.rowBytes < static_cast<std::ptrdiff_t>(view.UsedRowBytes())) {
+        objection = "rows of " + text::Size(pixels.width, pixels.height) + " pixels of " +
+                    std::to_string(pixels.depth) + " bits overlap, " + std::to_string(pixels.rowBytes) + " bytes apart";
+    }
+    if (objection.empty() && pixels.rowBytes > std::numeric_limits<std::int32_t>::max()) {
+        objection = "rows " + std::to_string(pixels.rowBytes) + " bytes apart are more than a plug-in can address";
+    }
+    if (!objection.empty()) throw Error("pixels cannot be wrapped: " + objection);
+    return view;
+}
+
 Object NewOf(HostState& host, const Class& type) {
     Watch::Call call(host.watch, "a new " + type.info.name);
     REALobjectStruct* handle = host.objects.Create(type);
@@ -57,6 +74,23 @@ Object NewOf(HostState& host, const Class& type) {
 
 Host::Turn::Turn(Host& host) : host_(*host.state_), before_(host_.watch.BeginTurn()) {}
 Host::Turn::~Turn() { host_.watch.EndTurn(before_); }
+
+Host::ResultPlace::ResultPlace(Host& host, const PixelRows& pixels) : host_(host.state_->ForProgram()) {
+    if (host_.resultPlace || host_.resultPicture != nullptr) throw Error("there is a place for a result already");
+    host_.resultPlace = ViewOf(pixels);
+}
+
+Host::ResultPlace::~ResultPlace() {
+    host_.resultPlace.reset();
+    REALobjectStruct* picture = std::exchange(host_.resultPicture, nullptr);
+    if (picture == nullptr) return;
+    PictureOf(picture).DropPixels(host_);
+    host_.objects.LetGo(picture);
+}
+
+bool Host::ResultPlace::Holds(const Picture& picture) const {
+    return picture && picture.Handle() == host_.resultPicture;
+}
 
 Host::Host(HostOptions options) : state_(std::make_unique<HostState>(std::move(options))) {}
 Host::~Host() = default;
@@ -99,17 +133,7 @@ Picture Host::NewPicture(std::int64_t width, std::int64_t height, std::int64_t d
 
 Picture Host::WrapPixels(const PixelRows& pixels) {
     HostState& host = state_->ForProgram();
-    std::string objection = PixelBuffer::Objection(pixels.width, pixels.height, pixels.depth);
-    const PixelView view{static_cast<std::uint8_t*>(pixels.base), pixels.rowBytes, pixels.width, pixels.height,
-                         pixels.depth};
-    if (objection.empty() && pixels.height > 1 && pixels.rowBytes < static_cast<std::ptrdiff_t>(view.UsedRowBytes())) {
-        objection = "rows of " + text::Size(pixels.width, pixels.height) + " pixels of " +
-                    std::to_string(pixels.depth) + " bits overlap, " + std::to_string(pixels.rowBytes) + " bytes apart";
-    }
-    if (objection.empty() && pixels.rowBytes > std::numeric_limits<std::int32_t>::max()) {
-        objection = "rows " + std::to_string(pixels.rowBytes) + " bytes apart are more than a plug-in can address";
-    }
-    if (!objection.empty()) throw Error("pixels cannot be wrapped: " + objection);
+    const PixelView view = ViewOf(pixels);
     Picture picture(New(kPictureClass));
     if (!PictureOf(picture.Handle()).Wrap(host, view)) throw Error("there is no memory for a picture");
     return picture;

@@ -8,6 +8,7 @@
 #include "host/claim.h"
 #include "host/invoke.h"
 #include "host/objects.h"
+#include "host/pixel_buffer.h"
 #include "host/plugin_file.h"
 #include "host/registry.h"
 #include "host/watch.h"
@@ -48,6 +49,10 @@ class HostState {
         std::optional<std::string> refusal;  ///< what is wrong with its records
     };
     Loading* loading = nullptr;
+
+    /// Memory of the program for the next picture of its size and depth that a plug-in makes.
+    std::optional<PixelView> resultPlace;
+    REALobjectStruct* resultPicture = nullptr;  ///< the one that has it; held
 
   private:
     std::vector<PluginFile> plugins_;

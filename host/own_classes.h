@@ -35,6 +35,7 @@ struct PictureData {
                     Content content);
     /// The same with pixels that belong to the program.
     bool Wrap(HostState& host, const PixelView& view);
+    void DropPixels(HostState& host) { Replace(host, nullptr); }
     /// Why `newMask` cannot be the mask of `self`, whose data this is; empty when it can.
     std::string ObjectionToMask(REALobjectStruct* self, REALobjectStruct* newMask) const;
     void SetMask(HostState& host, REALobjectStruct* newMask);

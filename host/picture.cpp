@@ -51,6 +51,8 @@ void Picture::SetMask(const Picture& mask) const {
     data.SetMask(HostState::Required(), mask.Handle());
 }
 
+void Picture::DropPixels() const { DataOf(*this).DropPixels(HostState::Required()); }
+
 Picture::Lock::Lock(const Picture& picture)
     : picture_(picture),
       base_(PixelsOf(picture).base),

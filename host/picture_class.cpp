@@ -1,6 +1,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <optional>
 #include <utility>
 
 #include "host/own_classes.h"
@@ -23,6 +24,14 @@ void ConstructBitmap(REALobjectStruct* picture, std::int64_t width, std::int64_t
         if (host.Passed(picture, kService, kPictureClass) == nullptr) return;
         if (host.watch.LockCount(picture) != 0) {
             host.watch.Fault("called Picture.Constructor on a picture that is locked");
+            return;
+        }
+        const std::optional<PixelView>& place = host.resultPlace;
+        if (place && place->width == width && place->height == height && place->depth == depth &&
+            PictureOf(picture).Wrap(host, *place)) {
+            host.resultPlace.reset();
+            host.resultPicture = picture;
+            host.objects.Hold(picture);
             return;
         }
         // Effects write every pixel of the pictures that they make.

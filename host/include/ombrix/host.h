@@ -121,6 +121,7 @@ class OMBRIX_API Host {
                                            const std::vector<std::string>& arguments) const;
 
     class Turn;
+    class ResultPlace;
 
     std::int64_t LiveObjects() const;
     std::int64_t OutstandingLocks() const;
@@ -144,6 +145,23 @@ class OMBRIX_API Host::Turn {
   private:
     HostState& host_;
     std::thread::id before_;
+};
+
+/// Lets an effect's result land in memory of the program: within its scope, the first picture of just this size and
+/// depth that a plug-in makes lies over these pixels, and has none any more when the scope ends. Scopes do not nest.
+class OMBRIX_API Host::ResultPlace {
+  public:
+    /// An Error as for WrapPixels.
+    ResultPlace(Host& host, const PixelRows& pixels);
+    ~ResultPlace();
+    ResultPlace(const ResultPlace&) = delete;
+    ResultPlace& operator=(const ResultPlace&) = delete;
+
+    /// Whether this is the picture that lies there.
+    bool Holds(const Picture& picture) const;
+
+  private:
+    HostState& host_;
 };
 
 }  // namespace ombrix::host

@@ -31,6 +31,8 @@ class OMBRIX_API Picture : public Object {
     Picture Mask(bool create = false) const;
     /// Attaches a mask of the picture's size, or takes it off (nil).
     void SetMask(const Picture& mask) const;
+    /// Takes away the pixels, so that nobody who still has the picture can reach memory of the program under it.
+    void DropPixels() const;
 
     class Lock;
 };
