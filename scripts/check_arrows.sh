@@ -7,8 +7,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # their own. `*` is everything, `cli/*` the files that lie in cli/ itself. What lies in an include/ gets installed, and
 # is included as "ombrix/...".
 export ARROWS='
-    bridges        host/include catalogue/include
-    python         host/include catalogue/include
+    bridges        host/include catalogue/include capi/include
+    python         host/include catalogue/include capi/include
     capi           host/include catalogue/include
     cli            catalogue host text
     cli/commands   cli catalogue host text
@@ -26,7 +26,7 @@ export ARROWS='
     pixels         sdk
     sdk            platform
     platform
-    examples       host/include catalogue/include sdk
+    examples       host/include catalogue/include capi/include sdk
     tests          *
     bench          *
     fuzz           *
