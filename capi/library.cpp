@@ -1,10 +1,10 @@
 // The library, its plug-ins and what they have.
-#include <cstdlib>
 #include <cstring>
 #include <deque>
 #include <string>
 #include <vector>
 
+#include "capi/memory.h"
 #include "capi/session.h"
 
 using namespace ombrix::capi;
@@ -26,13 +26,12 @@ ombrix_status ombrix_catalogue(char** json) {
         *Required(json, "json") = nullptr;
         const Session session;
         const std::string text = session.Catalogue().Json();
-        *json = static_cast<char*>(std::malloc(text.size() + 1));
-        if (*json == nullptr) throw std::bad_alloc();
+        *json = static_cast<char*>(NewMemory(text.size() + 1).release());
         std::memcpy(*json, text.c_str(), text.size() + 1);
     });
 }
 
-void ombrix_free(void* memory) { std::free(memory); }
+void ombrix_free(void* memory) { GiveBack()(memory); }
 
 ombrix_status ombrix_effect_name(size_t index, const char** name) {
     return Guarded([&] {

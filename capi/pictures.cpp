@@ -1,19 +1,14 @@
 // Effects on rows of the caller's.
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 
 #include "capi/handles.h"
+#include "capi/memory.h"
 #include "capi/session.h"
 
 using namespace ombrix;
 using namespace ombrix::capi;
 
 namespace {
-
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
 
 /// A record of a later version has members that this one does not know: they must be as if they were not there.
 void CheckSize(const ombrix_rows& rows, const char* what) {
@@ -59,8 +54,7 @@ ombrix_status ombrix_apply_new(ombrix_effect* effect, const ombrix_rows* source,
         host::Rows to = from;
         to.rowBytes = from.width * host::BytesPerPixel(from.layout);
         const std::size_t bytes = static_cast<std::size_t>(to.rowBytes) * static_cast<std::size_t>(from.height);
-        std::unique_ptr<void, Free> memory(std::malloc(std::max<std::size_t>(bytes, 1)));
-        if (!memory) throw std::bad_alloc();
+        Memory memory = NewMemory(bytes);
         to.base = memory.get();
         const Session session;
         effect->onRows.Apply(from, to);

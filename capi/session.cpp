@@ -14,7 +14,7 @@ thread_local std::string lastError;
 thread_local bool isInside = false;
 
 /// A child has neither the threads of its parent nor what they were about to do.
-std::atomic<bool> isForked = false;
+std::atomic<bool> forked = false;
 
 struct Process {
     host::Host host{{.owner = "the C interface"}};
@@ -31,7 +31,7 @@ Process& MakeProcess() {
     if (Process* made = process) return *made;
     try {
         auto* made = new Process;
-        pthread_atfork(nullptr, nullptr, [] { isForked = true; });
+        pthread_atfork(nullptr, nullptr, [] { forked = true; });
         process = made;
         return *made;
     } catch (const host::Error& error) {
@@ -40,7 +40,7 @@ Process& MakeProcess() {
 }
 
 host::Host& EnteredHost() {
-    if (isForked) {
+    if (forked) {
         throw Failure{OMBRIX_FORKED,
                       "this process was forked after effects were used, and can use none; fork before, or start a "
                       "program of its own"};
@@ -51,6 +51,8 @@ host::Host& EnteredHost() {
 }
 
 }  // namespace
+
+bool IsForked() noexcept { return forked; }
 
 ombrix_status Failed(ombrix_status status, const std::string& sentence) noexcept {
     try {

@@ -19,6 +19,9 @@ struct Failure {
     std::string sentence;
 };
 
+/// Whether this is the child of a process that had used the host.
+bool IsForked() noexcept;
+
 /// Notes the sentence for this thread.
 ombrix_status Failed(ombrix_status status, const std::string& sentence) noexcept;
 const char* LastError() noexcept;

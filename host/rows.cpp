@@ -6,6 +6,7 @@
 #include <cstring>
 #include <limits>
 
+#include "host/pixel_memory.h"
 #include "host/row_formats.h"
 #include "text/numbers.h"
 
@@ -130,5 +131,7 @@ void CopyPixels(const Rows& source, const Rows& destination) {
         }
     }
 }
+
+std::shared_ptr<void> NewRowMemory(std::size_t bytes) { return TakePixelMemory(bytes, Content::Any); }
 
 }  // namespace ombrix::host

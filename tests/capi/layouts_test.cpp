@@ -1,4 +1,6 @@
 // Effects on rows of every layout, against the same done a pixel at a time around the effect on ARGB.
+#include <thread>
+
 #include "tests/capi/support.h"
 
 namespace ombrix::test {
@@ -214,6 +216,15 @@ TEST(Layouts, GiveTheSameForPicturesLargerThanACache) {
             const GuardedRows result(kWidth, kHeight, to.layout, to.alpha, 9, false, true);
             ASSERT_EQ(ombrix_apply(effect.handle, &source.rows, &result.rows), OMBRIX_OK) << ombrix_last_error();
             EXPECT_TRUE(Shows(result, to, expected)) << from.layout << " into " << to.layout;
+            if (to.layout != from.layout) continue;
+            ombrix_rows made{};
+            made.size = sizeof made;
+            ASSERT_EQ(ombrix_apply_new(effect.handle, &source.rows, &made), OMBRIX_OK) << ombrix_last_error();
+            for (int y = 0; y < kHeight; ++y) {
+                const auto* row = static_cast<const std::uint8_t*>(made.base) + y * made.row_bytes;
+                ASSERT_EQ(std::memcmp(row, result.Pixel(0, y), static_cast<std::size_t>(made.row_bytes)), 0);
+            }
+            std::thread([&] { ombrix_free(made.base); }).join();
         }
     }
 }

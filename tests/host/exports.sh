@@ -9,7 +9,7 @@ choose_tools "$1"
 names=$("${tools}nm" -DC --defined-only "$1" | cut -d' ' -f3-)
 grep -q '^ombrix::host::Host::Load(' <<< "$names"
 classes='Error|Host|Object|Picture|Point|Value'
-functions='BytesPerPixel|CopyPixels|HasAlpha|Objection|OverlapOf|Part|UpsideDown'
+functions='BytesPerPixel|CopyPixels|HasAlpha|NewRowMemory|Objection|OverlapOf|Part|UpsideDown'
 if grep -vE "^((typeinfo|typeinfo name|vtable) for )?ombrix::(host::($classes|$functions)|catalogue::[A-Z][A-Za-z]*)\b|^ombrix_[a-z_]+$" <<< "$names"; then
     echo "The names above are offered by $1 and are not public."
     exit 1

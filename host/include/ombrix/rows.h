@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "ombrix/api.h"
@@ -57,5 +58,9 @@ OMBRIX_API Overlap OverlapOf(const Rows& a, const Rows& b);
 /// c * alpha / 255 again, rounded to the nearest; those of alpha 0 become 0. Greys become grey colours; colours become
 /// (299 * red + 587 * green + 114 * blue) / 1000, the luma of Rec. 601, rounded.
 OMBRIX_API void CopyPixels(const Rows& source, const Rows& destination);
+
+/// Memory for rows, which holds anything. Large blocks are kept for the next, as those of pictures are: fresh ones from
+/// the system take longer than an effect. For any thread. Null without memory.
+OMBRIX_API std::shared_ptr<void> NewRowMemory(std::size_t bytes);
 
 }  // namespace ombrix::host
