@@ -45,3 +45,5 @@ endif()
 if(OMBRIX_BUILD_COMMAND)
     install(TARGETS ombrix RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)
 endif()
+
+include(cmake/package.cmake)
