@@ -271,8 +271,9 @@ class Apply : public Command {
         result.CheckOptions();
         const std::filesystem::path input = InputFile(files_.front());
         for (const PlannedStep& step : steps) CheckValues(session, step.type, step.properties);
-        if (session.options.keepQuality) result.KeepQualityOf(input);
         Losses losses(session.console, inPlace_ && !session.options.force);
+        if (session.options.keepQuality) result.KeepQualityOf(input, session.console);
+        if (inPlace_ && !session.options.quality) result.StayLossless(input, losses, session.console);
         const OpenedImage source = OpenImage(session, input, {page_, HoldsPages(result.Format().writer)}, losses);
         TellLosses(input, source.origin, result, losses);
         losses.Check(input);

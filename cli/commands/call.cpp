@@ -299,7 +299,7 @@ class Call : public Command {
         const auto source =
             std::ranges::find_if(settings, [](const auto& setting) { return setting.File() != nullptr; });
         if (source == settings.end()) throw UsageError("--quality keep is for calls that read a picture");
-        output.KeepQualityOf(*source->File());
+        output.KeepQualityOf(*source->File(), session.console);
     }
 
     static void Work(Session& session, const PlannedCall& call, std::optional<ResultFile>& output) {

@@ -116,9 +116,10 @@ bool ReadMarkers(std::span<const std::uint8_t> bytes, JpegHeader& header, Tables
     TakeMarkers(info, header);
     tables = TablesOf(info.quant_tbl_ptrs);
     quality.isProgressive = info.progressive_mode != 0;
-    quality.hasHalfChroma = info.num_components >= 3 &&
-                            info.comp_info[0].h_samp_factor == 2 * info.comp_info[1].h_samp_factor &&
-                            info.comp_info[0].v_samp_factor == 2 * info.comp_info[1].v_samp_factor;
+    if (info.num_components >= 3) {
+        quality.chromaAcross = info.comp_info[0].h_samp_factor / std::max(1, info.comp_info[1].h_samp_factor);
+        quality.chromaDown = info.comp_info[0].v_samp_factor / std::max(1, info.comp_info[1].v_samp_factor);
+    }
     jpeg_destroy_decompress(&info);
     return true;
 }

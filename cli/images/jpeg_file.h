@@ -24,7 +24,10 @@ std::optional<JpegHeader> ReadJpegHeader(const std::filesystem::path& file);
 struct JpegQuality {
     int quality = 0;  ///< 1 to 100: the one whose quantisation tables are the nearest
     bool isProgressive = false;
-    bool hasHalfChroma = false;  ///< 4:2:0
+    int chromaAcross = 1, chromaDown = 1;  ///< pixels that share their chroma
+
+    bool HasHalfChroma() const { return chromaAcross == 2 && chromaDown == 2; }   ///< 4:2:0
+    bool HasWholeChroma() const { return chromaAcross == 1 && chromaDown == 1; }  ///< 4:4:4
 };
 
 /// Nothing when the file is no JPEG file.

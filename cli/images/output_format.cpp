@@ -205,6 +205,12 @@ void Encoding::Prefer(const std::string& name, const std::string& value) {
     options.append(name).append("=").append(value);
 }
 
+void Encoding::BeLossless() {
+    quality.reset();
+    Prefer("lossless", "true");
+    if (format.kind == FileKind::Heif) Prefer("subsample-mode", "off");
+}
+
 Encoding EncodingFor(const OutputName& output, const Options& options) {
     const OutputFormat& format = options.format.empty() ? FormatFor(output.file) : FormatNamed(options.format);
     const GivenOptions given = ParseOptions(output);
@@ -216,8 +222,8 @@ Encoding EncodingFor(const OutputName& output, const Options& options) {
     if (format.writer == "heifsave_target") {
         // A target has no suffix to tell the two kinds of HEIF by.
         if (format.suffix == ".avif") encoding.Prefer("compression", "av1");
-        if (isLossless) encoding.Prefer("subsample-mode", "off");
     }
+    if (isLossless) encoding.BeLossless();
     return encoding;
 }
 

@@ -20,6 +20,9 @@ struct OutputFormat {
     std::string_view writer;  ///< libvips' name for its writer
     bool lossy;               ///< has a quality
     bool alpha;
+
+    /// Whether it keeps every pixel, or does so when told.
+    bool CanBeLossless() const { return kind != FileKind::Jpeg; }
 };
 
 /// By the file's suffix. A UsageError lists the suffixes that work.
@@ -43,6 +46,8 @@ struct Encoding {
 
     /// Sets an option of the writer that was not given.
     void Prefer(const std::string& name, const std::string& value);
+    /// For formats that have such an option.
+    void BeLossless();
 };
 
 /// A UsageError when the suffix or the quality means nothing. Needs no libvips, and does not check the options.

@@ -1,8 +1,10 @@
 #include "cli/images/result_file.h"
 
 #include "cli/failure.h"
+#include "cli/images/compression.h"
 #include "cli/images/jpeg_file.h"
 #include "cli/supervisor/progress_of_work.h"
+#include "text/numbers.h"
 
 namespace ombrix::cli {
 
@@ -31,12 +33,30 @@ ResultFile::ResultFile(const OutputName& output, Replace replace, const Options&
     file_.Create();
 }
 
-void ResultFile::KeepQualityOf(const std::filesystem::path& file) {
+void ResultFile::KeepQualityOf(const std::filesystem::path& file, Console& console) {
     const auto quality = ReadJpegQuality(file);
     if (!quality) throw WorkError(file.string() + " is no JPEG file, so --quality keep has nothing to keep");
     encoding_.quality = quality->quality;
-    encoding_.Prefer("subsample-mode", quality->hasHalfChroma ? "on" : "off");
+    encoding_.Prefer("subsample-mode", quality->HasHalfChroma() ? "on" : "off");
+    if (!quality->HasHalfChroma() && !quality->HasWholeChroma()) {
+        console.Note(text::Size(quality->chromaAcross, quality->chromaDown) + " pixels of " + file.string() +
+                     " share their chroma, which cannot be written; in " + file_.Target().string() +
+                     " each has its own");
+    }
     if (quality->isProgressive) encoding_.Prefer("interlace", "true");
+}
+
+void ResultFile::StayLossless(const std::filesystem::path& file, Losses& losses, Console& console) {
+    const Compression compression = CompressionOf(file);
+    if (compression == Compression::Lossy || !Format().lossy) return;
+    if (!Format().CanBeLossless()) {
+        losses.Add(file.string() + " is no lossy file, as it is written now", "its exact pixels in a lossy file");
+        return;
+    }
+    encoding_.BeLossless();
+    if (compression == Compression::Unknown) {
+        console.Note(file.string() + " may be lossless, so it is written without loss; --quality makes it smaller");
+    }
 }
 
 void ResultFile::Write(Session& session, const host::Picture& picture, const ImageOrigin& origin) {

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "cli/images/image_writer.h"
+#include "cli/images/losses.h"
 #include "cli/images/output_file.h"
 #include "cli/session.h"
 
@@ -22,8 +23,13 @@ class ResultFile {
     /// A UsageError when an option of the writer means nothing. Call it before the work, once libvips has started.
     void CheckOptions() const { CheckWriterOptions(output_, encoding_.format); }
 
-    /// Writes as good as a JPEG file is. A WorkError when it is none. Call it before the work.
-    void KeepQualityOf(const std::filesystem::path& file);
+    /// Writes as good as a JPEG file is, with a note where its chroma takes another form. A WorkError when it is none.
+    /// Call it before the work.
+    void KeepQualityOf(const std::filesystem::path& file, Console& console);
+
+    /// Writes without loss if that is how the file is compressed. Where that is not known it is assumed, with a note.
+    /// Call it before the work.
+    void StayLossless(const std::filesystem::path& file, Losses& losses, Console& console);
 
     const Encoding& HowToWrite() const { return encoding_; }
     const OutputFormat& Format() const { return encoding_.format; }

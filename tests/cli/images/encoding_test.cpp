@@ -69,6 +69,53 @@ TEST_F(EncodingTest, KeptQualityIsThatOfTheFile) {
     EXPECT_THAT(wrong.err, HasSubstr("--quality keep is for .jpg"));
 }
 
+TEST_F(EncodingTest, ChromaThatCannotBeKeptLosesNothing) {
+    Expect({"apply", "invert", "in.png", "source.jpg[subsample-mode=off]"});
+    std::string bytes = BytesOf(Path("source.jpg"));
+    // The luma's sampling factors in the frame header, which follow its marker, length, depth, sides and count.
+    const std::size_t frame = bytes.find(std::string("\xff\xc0\0\x11", 4));
+    ASSERT_NE(frame, std::string::npos);
+    bytes[frame + 11] = 0x21;
+    Write("source.jpg", bytes);
+    const Outcome run = Ombrix({"apply", "invert", "source.jpg", "out.jpg", "--quality", "keep", "--allow-damaged"});
+    EXPECT_THAT(run.err, HasSubstr("2x1 pixels of source.jpg share their chroma"));
+    EXPECT_STREQ(Read("out.jpg").get_string("jpeg-chroma-subsample"), "4:4:4");
+}
+
+TEST_F(EncodingTest, LosslessFilesStaySoInPlace) {
+    struct Case {
+        const char* name;
+        const char* lossless;
+        double tolerance = 0;
+        const char* note = "";
+    };
+    const VImage rgba = Read("in.png").bandjoin(Read("in.png")[0]);
+    rgba.write_to_file(Path("alpha.png").c_str());
+    for (const char* source : {"in.png", "alpha.png"}) {
+        for (const Case& each :
+             {Case{"in.webp", "lossless"}, Case{"in.jxl", "lossless,effort=3"}, Case{"in.jp2", "lossless"},
+              Case{"in.avif", "lossless,subsample-mode=off", 3, "may be lossless"},
+              Case{"in.heic", "lossless,subsample-mode=off", 3, "may be lossless"}}) {
+            SCOPED_TRACE(std::string(source) + " " + each.name);
+            const std::string file = Path(each.name);
+            Read(source).write_to_file((file + "[" + each.lossless + "]").c_str());
+            const Outcome run = Ombrix({"invert", "--in-place", each.name});
+            EXPECT_EQ(run.status, 0) << run.err;
+            EXPECT_THAT(run.err, HasSubstr(each.note));
+            EXPECT_LE(
+                (Read(each.name).extract_band(0, VImage::option()->set("n", 3)) - Read("in.png").invert()).abs().max(),
+                each.tolerance);
+            const auto size = fs::file_size(file);
+
+            Read(source).write_to_file((file + "[Q=70]").c_str());
+            Expect({"invert", "--in-place", each.name});
+            EXPECT_LT(fs::file_size(file), size);
+        }
+    }
+    fs::copy_file(Path("in.png"), Path("png.jpg"));
+    EXPECT_THAT(Ombrix({"invert", "--in-place", "png.jpg"}).err, HasSubstr("would lose its exact pixels"));
+}
+
 TEST_F(EncodingTest, WrongOptionsAreFoundBeforeTheWork) {
     Write("broken.png", "not read");
     struct Case {
