@@ -32,6 +32,7 @@ struct Options {
     bool cold = false;
     bool markdown = false;
     bool peers = false;  ///< ./run has done that when this starts
+    bool files = false;  ///< ./run starts bench/files.py instead
 };
 
 void Declare(CLI::App& app, Options& options) {
@@ -56,6 +57,10 @@ void Declare(CLI::App& app, Options& options) {
     app.add_flag("--peers", options.peers,
                  "Install the libraries to compare with (Debian packages) and build with them first. Those that\n"
                  "are installed are compared with anyway");
+    app.add_flag(
+        "--files", options.files,
+        "Measure instead the command on image files, beside vips, ImageMagick and ffmpeg, which are installed\n"
+        "(Debian packages); with --help for more");
     app.add_flag("--markdown", options.markdown, "Print the tables as Markdown");
     app.add_option("--json", options.json, "Write all that was measured to this file too")->type_name("FILE");
 }
