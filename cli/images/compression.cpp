@@ -19,7 +19,7 @@ Compression LossyIf(bool isLossy) { return isLossy ? Compression::Lossy : Compre
 
 /// Where a text begins, or the end of the bytes.
 std::size_t Find(View bytes, std::string_view text) {
-    return static_cast<std::size_t>(std::ranges::search(bytes, text).begin() - bytes.begin());
+    return static_cast<std::size_t>(std::search(bytes.begin(), bytes.end(), text.begin(), text.end()) - bytes.begin());
 }
 
 /// Chunks of a RIFF file, those in frames of an animation too.
