@@ -44,6 +44,10 @@ endif()
 
 if(OMBRIX_BUILD_COMMAND)
     install(TARGETS ombrix RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)
+    # Where they have been made: the target needs help2man.
+    add_custom_target(manual ${PROJECT_SOURCE_DIR}/scripts/manual.sh $<TARGET_FILE:ombrix> ${CMAKE_BINARY_DIR}/man1
+        DEPENDS ombrix VERBATIM)
+    install(DIRECTORY ${CMAKE_BINARY_DIR}/man1 DESTINATION ${CMAKE_INSTALL_MANDIR} COMPONENT command OPTIONAL)
 endif()
 
 include(cmake/package.cmake)
