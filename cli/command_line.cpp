@@ -7,6 +7,7 @@
 #include "cli/failure.h"
 #include "cli/help.h"
 #include "cli/plugins.h"
+#include "cli/supervisor/supervisor.h"
 #include "text/names.h"
 #include "text/phrases.h"
 #include "text/suggestions.h"
@@ -43,7 +44,8 @@ std::int64_t ParseCores(const std::string& word) {
 
 class Parser {
   public:
-    Parser(Options& options, const catalogue::Catalogue& catalogue) : program_("", "ombrix") {
+    Parser(Options& options, host::Host& host, const catalogue::Catalogue& catalogue)
+        : options_(options), host_(host), catalogue_(catalogue), program_("", "ombrix") {
         program_.formatter(HelpLayout(ProgramHelp));
         program_.set_version_flag("--version", "ombrix " OMBRIX_VERSION, "Show the version");
         program_.set_help_flag("-h,--help", "Show this help");
@@ -70,7 +72,10 @@ class Parser {
             program_.parse(std::move(words));
             if (!first_) first_ = GivenForm();
         } catch (const CLI::Success& asked) {
-            program_.exit(asked);
+            // An effect's help tries the effect, which may fail in every way.
+            Console console(options_.quiet);
+            Session session{host_, catalogue_, options_, console};
+            Supervise(session, {}, [&](Session&) { program_.exit(asked); });
             return false;
         } catch (const CLI::ParseError& wrong) {
             throw UsageError(text::OnOneLine(wrong.what()), Usage());
@@ -194,6 +199,9 @@ class Parser {
                          ShownUsage(ProgramHelp()));
     }
 
+    const Options& options_;
+    host::Host& host_;
+    const catalogue::Catalogue& catalogue_;
     CLI::App program_;
     std::vector<std::unique_ptr<Command>> commands_;
     std::vector<CommandForm> forms_;
@@ -248,7 +256,7 @@ std::optional<CommandLine> ReadCommandLine(int count, const char* const* words, 
     }
     if (count > 0) line.options.program = words[0];
     line.catalogue = std::make_unique<catalogue::Catalogue>(host, line.brokenPlugins);
-    Parser parser(line.options, *line.catalogue);
+    Parser parser(line.options, host, *line.catalogue);
     try {
         const auto pieces = SplitAtThen(count, words);
         for (std::size_t i = 0; i < pieces.size(); ++i) {

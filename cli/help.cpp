@@ -39,7 +39,12 @@ class Layout : public CLI::Formatter {
         return help;
     }
     std::string make_description(const CLI::App*) const override {
-        return text::WrappedParagraphs(help_().about, LineWidth(STDOUT_FILENO)) + "\n";
+        const HelpText help = help_();
+        std::string description = text::WrappedParagraphs(help.about, LineWidth(STDOUT_FILENO)) + "\n";
+        if (!help.values) return description;
+        description += "\nValues:\n";
+        for (const auto& [name, meaning] : help.values()) description += Row(name, meaning);
+        return description;
     }
     std::string make_usage(const CLI::App*, std::string) const override {
         return "\n" + Usage(help_().usage, LineWidth(STDOUT_FILENO));

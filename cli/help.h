@@ -5,13 +5,19 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace ombrix::cli {
 
+/// A name, and what it means.
+using HelpRow = std::pair<std::string, std::string>;
+
 /// Of a command, or of the program.
 struct HelpText {
-    std::string about;  ///< purpose and examples
-    std::string usage;  ///< lines that begin with two blanks
+    std::string about;                               ///< purpose and examples
+    std::string usage;                               ///< lines that begin with two blanks
+    std::function<std::vector<HelpRow>()> values{};  ///< of an effect, found by trying; shown with the whole help alone
 };
 
 /// Made when it is shown.

@@ -11,6 +11,7 @@
 #include "cli/failure.h"
 #include "cli/outcome.h"
 #include "cli/supervisor/progress_of_work.h"
+#include "cli/supervisor/supervisor.h"
 #include "text/names.h"
 #include "text/numbers.h"
 #include "text/phrases.h"
@@ -165,6 +166,15 @@ class ValueCheck {
 void CheckValues(Session& session, const host::ClassInfo& type, const std::vector<PlannedSetting>& settings) {
     const Doing trying(Activity::Effect, type.name);
     ValueCheck(session, type, settings).Run();
+}
+
+void AfterValues(Session& session, const std::function<void(Session&)>& check, const std::function<void()>& openFiles) {
+    try {
+        openFiles();
+    } catch (const WorkError&) {
+        Supervise(session, {}, check);
+        throw;
+    }
 }
 
 }  // namespace ombrix::cli

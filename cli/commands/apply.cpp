@@ -13,6 +13,7 @@
 #include "cli/images/result_file.h"
 #include "cli/images/source_losses.h"
 #include "cli/images/standard_input.h"
+#include "cli/property_text.h"
 #include "cli/reflection.h"
 #include "cli/settings.h"
 #include "cli/value_check.h"
@@ -111,26 +112,33 @@ std::vector<Setting> AllSettings(const host::Host& host, const catalogue::Effect
     return settings;
 }
 
+/// The effect's own properties, those that are given by position first.
+std::vector<HelpRow> ValuesOf(const catalogue::Effect& effect) {
+    std::vector<const catalogue::Property*> properties = effect.ByPosition();
+    for (const catalogue::Property& property : effect.Properties()) {
+        if (property.inherited || std::ranges::find(properties, &property) != properties.end()) continue;
+        properties.push_back(&property);
+    }
+    std::vector<HelpRow> rows;
+    for (const catalogue::Property* property : properties) {
+        rows.emplace_back(property->name, TextOf(effect, *property));
+    }
+    return rows;
+}
+
 /// "ombrix sepia --help"
 HelpText HelpOf(const catalogue::Effect& effect) {
     const std::string& name = effect.Word();
     const bool hasMask = effect.FindProperty(catalogue::kMaskProperty);
     std::string usage = "  ombrix " + name;
-    std::string values;
-    for (const catalogue::Property* property : effect.ByPosition()) {
-        usage += " [" + property->name + "]";
-        const std::vector<catalogue::Constant>& constants = effect.ConstantsOf(*property);
-        if (!constants.empty()) {
-            values += "\n\n" + property->name + " is " + text::Join(catalogue::WordsOf(constants)) + ".";
-        }
-    }
+    for (const catalogue::Property* property : effect.ByPosition()) usage += " [" + property->name + "]";
     usage += std::string(" [NAME=VALUE ...]") + (hasMask ? " [--mask FILE]" : "") + " [--then EFFECT ...]";
     const std::string chain = usage;
     usage += " INPUT OUTPUT";
     if (effect.WorksInPlace()) usage += "\n" + chain + " --in-place FILE";
     return {(effect.Description().empty() ? "Applies " + effect.Name() + " to a picture." : effect.Description()) +
-                values + "\n\n\"ombrix list " + name + "\" shows all properties and what they take.",
-            usage};
+                "\n\n\"ombrix list " + name + "\" shows its methods and constants too.",
+            usage, [&effect] { return ValuesOf(effect); }};
 }
 
 /// "sepia 30 photo.jpg" lacks OUTPUT, although it has two words at the end. `step`: the last, whose words they are.
@@ -171,6 +179,10 @@ void CheckFiles(const std::filesystem::path& input, const std::filesystem::path*
         if (output) RefuseSameFile(file, *output);
     }
     for (const std::filesystem::path& file : files) CheckImageFile(file);
+}
+
+void CheckSteps(Session& session, const std::vector<PlannedStep>& steps) {
+    for (const PlannedStep& step : steps) CheckValues(session, step.type, step.properties);
 }
 
 class Apply : public Command {
@@ -255,10 +267,15 @@ class Apply : public Command {
             throw UsageError(wrong.what(), ShownUsage(Help(session)));
         }
         const std::filesystem::path input = InputFile(files_.front());
-        CheckFiles(input, inPlace_ ? nullptr : &output.file, steps);
-        ResultFile result(output, MayReplace(session.options), session.options);
-        WorkOnPictures(session, {&result.File()}, [&](Session& worker) { Work(worker, steps, result); });
-        result.File().Commit();
+        std::optional<ResultFile> result;
+        AfterValues(
+            session, [&](Session& worker) { CheckSteps(worker, steps); },
+            [&] {
+                CheckFiles(input, inPlace_ ? nullptr : &output.file, steps);
+                result.emplace(output, MayReplace(session.options), session.options);
+            });
+        WorkOnPictures(session, {&result->File()}, [&](Session& worker) { Work(worker, steps, *result); });
+        result->File().Commit();
     }
 
   private:
@@ -270,7 +287,7 @@ class Apply : public Command {
     void Work(Session& session, const std::vector<PlannedStep>& steps, ResultFile& result) const {
         result.CheckOptions();
         const std::filesystem::path input = InputFile(files_.front());
-        for (const PlannedStep& step : steps) CheckValues(session, step.type, step.properties);
+        CheckSteps(session, steps);
         Losses losses(session.console, inPlace_ && !session.options.force);
         if (session.options.keepQuality) result.KeepQualityOf(input, session.console);
         if (inPlace_ && !session.options.quality) result.StayLossless(input, losses, session.console);

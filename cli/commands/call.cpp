@@ -231,6 +231,11 @@ void CheckArguments(Session& session, const PlannedCall& call) {
     CheckValues(session, *type, settings);
 }
 
+void CheckNumbers(Session& session, const PlannedCall& call) {
+    CheckArguments(session, call);
+    RefuseNumbers(session, call);
+}
+
 /// Adds the pictures that are read to `pictures`, those of arguments first.
 host::Value Make(Session& session, const PlannedCall& call, std::vector<GivenPicture>& pictures) {
     std::vector<host::Argument> values;
@@ -278,12 +283,15 @@ class Call : public Command {
 
     void Run(Session& session) override {
         const PlannedCall call = Plan(session, given_);
-        CheckFiles(call.Settings(), given_.output);
         std::optional<ResultFile> output;
-        if (given_.output) {
+        const auto openFiles = [&] {
+            CheckFiles(call.Settings(), given_.output);
+            if (!given_.output) return;
             output.emplace(*given_.output, session.options.force ? Replace::Anything : Replace::Nothing,
                            session.options);
-        }
+        };
+        AfterValues(
+            session, [&](Session& worker) { CheckNumbers(worker, call); }, openFiles);
 
         std::vector<const OutputFile*> written;
         if (output) written.push_back(&output->File());
@@ -304,8 +312,7 @@ class Call : public Command {
 
     static void Work(Session& session, const PlannedCall& call, std::optional<ResultFile>& output) {
         if (output) Prepare(session, call, *output);
-        CheckArguments(session, call);
-        RefuseNumbers(session, call);
+        CheckNumbers(session, call);
         std::vector<GivenPicture> pictures;
         const host::Value result = Make(session, call, pictures);
 

@@ -5,17 +5,14 @@
 #include <iostream>
 #include <string>
 
-#include "catalogue/accepted_range.h"
-#include "catalogue/constants.h"
 #include "cli/commands/command.h"
 #include "cli/failure.h"
+#include "cli/property_text.h"
 #include "cli/reflection.h"
 #include "cli/supervisor/progress_of_work.h"
 #include "cli/supervisor/supervisor.h"
 #include "cli/terminal.h"
-#include "cli/values.h"
 #include "text/names.h"
-#include "text/numbers.h"
 #include "text/phrases.h"
 #include "text/wrapping.h"
 
@@ -44,26 +41,6 @@ constexpr std::size_t kMemberIndent = 12;  // below the names of members
 void PrintText(const std::string& text, std::size_t indent) {
     if (text.empty()) return;
     std::cout << text::Wrapped(std::string(indent, ' ') + text, LineWidth(STDOUT_FILENO), indent) << '\n';
-}
-
-/// "10 to 55; it has to be given", "normal, multiply or screen; normal unless given"
-std::string Described(const catalogue::Values& values) {
-    std::string takes, initial = Shown(values.initial);
-    if (!values.constants.empty()) {
-        takes = text::Join(catalogue::WordsOf(values.constants));
-        for (const catalogue::Constant& constant : values.constants) {
-            if (constant.value == values.initial.AsInteger()) initial = constant.word;
-        }
-    } else if (values.range) {
-        takes = catalogue::Described(*values.range);
-    } else if (values.bounds) {
-        takes = text::Shown(values.bounds->low) + " to " + text::Shown(values.bounds->high);
-    } else if (values.initial.IsBoolean()) {
-        takes = "true or false";
-    }
-    if (values.initial.IsNil() && !values.refusesInitial) return takes;
-    if (!takes.empty()) takes += "; ";
-    return takes + (values.refusesInitial ? "it has to be given" : initial + " unless given");
 }
 
 void PrintLine(const char* kind, const std::string& text, const std::string& origin) {
@@ -130,11 +107,9 @@ class Printer {
     std::string About(const host::ClassInfo& type, const host::ClassInfo& declaring,
                       const host::PropertyInfo& property) const {
         const std::string description = catalogue_.Description(declaring, property.name);
-        if (property.readOnly || !IsEffect(declaring) || !CanBeTyped(property.type)) return description;
-        const Doing trying(Activity::Effect, type.name);
+        if (!IsEffect(declaring)) return description;
         const catalogue::Effect& effect = *catalogue_.Find(type.name);
-        const std::string values = Described(effect.ValuesOf(*effect.FindProperty(property.name)));
-        return values + (values.empty() || description.empty() ? "" : ". ") + description;
+        return TextOf(effect, *effect.FindProperty(property.name));
     }
 
     /// Members that `owner`, whose record is `info`, has or inherits from `declaring`.

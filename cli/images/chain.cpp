@@ -18,19 +18,24 @@ using vips::VImage;
 
 namespace {
 
-/// The point that a step gives to the property of a role.
-std::optional<catalogue::Coordinates> GivenPoint(const PlannedStep& step, const catalogue::PartRoles& roles,
-                                                 catalogue::PointRole role) {
+/// What a step sets of a role; null when it sets nothing.
+const PlannedSetting* Giving(const PlannedStep& step, const catalogue::PartRoles& roles, catalogue::PointRole role) {
     for (const auto& property : roles.points) {
         if (property.role != role) continue;
         for (const PlannedSetting& setting : step.properties) {
             const auto* value = std::get_if<host::Value>(&setting.value);
-            if (!value || value->IsNil() || !text::SameName(setting.name, property.name)) continue;
-            const host::Point point(value->AsObject());
-            return catalogue::Coordinates{point.X(), point.Y()};
+            if (value && !value->IsNil() && text::SameName(setting.name, property.name)) return &setting;
         }
     }
-    return std::nullopt;
+    return nullptr;
+}
+
+std::optional<catalogue::Coordinates> GivenPoint(const PlannedStep& step, const catalogue::PartRoles& roles,
+                                                 catalogue::PointRole role) {
+    const PlannedSetting* setting = Giving(step, roles, role);
+    if (!setting) return std::nullopt;
+    const host::Point point(std::get<host::Value>(setting->value).AsObject());
+    return catalogue::Coordinates{point.X(), point.Y()};
 }
 
 /// Whether all placed pictures have one size, so that their parts have as well.
@@ -45,6 +50,19 @@ bool ArePlacedAlike(const std::vector<OpenedImage>& images, const catalogue::Par
     return true;
 }
 
+std::string Typed(catalogue::Coordinates point) { return std::to_string(point.x) + "," + std::to_string(point.y); }
+
+/// Says so when a given extent below 0 means the whole of a placed image.
+void NoteWholeExtent(Session& session, const PlannedStep& step, const catalogue::PartRoles& roles,
+                     const OpenedImage& placed) {
+    const auto extent = GivenPoint(step, roles, catalogue::PointRole::Extent);
+    if (!extent || (extent->x >= 0 && extent->y >= 0)) return;
+    const catalogue::Coordinates size{placed.image.width(), placed.pageHeight};
+    const catalogue::Coordinates works{extent->x < 0 ? size.x : extent->x, extent->y < 0 ? size.y : extent->y};
+    session.console.Note(Giving(step, roles, catalogue::PointRole::Extent)->given.AsGiven() + " works as " +
+                         Typed(works) + ", since " + placed.file.string() + " is " + text::Size(size.x, size.y));
+}
+
 /// Says so when the step's points leave nothing of what it lays over the image.
 void NoteIfNothingShows(Session& session, const PlannedStep& step, const catalogue::PartRoles& roles,
                         const std::vector<OpenedImage>& images, catalogue::Coordinates size) {
@@ -55,7 +73,8 @@ void NoteIfNothingShows(Session& session, const PlannedStep& step, const catalog
         const auto placed = catalogue::PlaceInPart({0, 0, size.x, size.y}, {image.width(), image.height()},
                                                    position.value_or(catalogue::Coordinates{}),
                                                    GivenPoint(step, roles, catalogue::PointRole::Extent));
-        if (placed.isThere) continue;
+        NoteWholeExtent(session, step, roles, images[i]);
+        if (placed.isThere) return;  // placed pictures have one size
         std::vector<std::string> points;
         for (const PlannedSetting& setting : step.properties) {
             const auto* value = std::get_if<host::Value>(&setting.value);

@@ -24,6 +24,7 @@
 #include "cli/supervisor/limits.h"
 #include "cli/supervisor/progress_of_work.h"
 #include "cli/supervisor/sanitizers.h"
+#include "cli/terminal.h"
 
 #if OMBRIX_SANITIZED
 #include <sanitizer/common_interface_defs.h>
@@ -68,6 +69,7 @@ void Redirect(const WorkerPipes& pipes) {
     const std::intptr_t reports = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO);
     __sanitizer_set_report_fd(reinterpret_cast<void*>(reports));
 #endif
+    LineWidth(STDOUT_FILENO);  // which is remembered
     dup2(pipes.chatter, STDOUT_FILENO);
     dup2(pipes.chatter, STDERR_FILENO);
 }

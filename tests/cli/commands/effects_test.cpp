@@ -9,6 +9,7 @@
 namespace ombrix::test {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -67,9 +68,11 @@ TEST_F(EffectsTest, HelpIsOfTheSubcommandAndFitsTheTerminal) {
     const std::string blend = Ombrix({"blend", "--help"}).out;
     EXPECT_THAT(blend, HasSubstr("ombrix blend [BlendMode] [FillPicture] [Opacity] [FillMask] [Location] [Size]"));
     EXPECT_THAT(blend, HasSubstr("overlay"));
+    EXPECT_THAT(blend, HasSubstr("Opacity               0 to 1; 1 unless given."));
     EXPECT_THAT(blend, Not(HasSubstr("--in-place")));
     EXPECT_THAT(blend, Not(HasSubstr("\n\n\n")));
-    EXPECT_THAT(Ombrix({"sepia", "--help"}).out, HasSubstr("--in-place"));
+    EXPECT_THAT(Ombrix({"sepia", "--help"}).out,
+                AllOf(HasSubstr("--in-place"), HasSubstr("SepiaValue            10 to 55; it has to be given.")));
     // With the plug-in missing, help is still there.
     EXPECT_THAT(Ombrix({"--plugin", "none.so", "--help"}).out, HasSubstr("Usage:"));
 
@@ -105,6 +108,9 @@ TEST_F(EffectsTest, ValuesWithoutMeaningAreNoted) {
              {{"blend", "multiply", "fill.png", "Location=40,0"}, "nothing of fill.png lies in the picture, 40x30"},
              {{"blend", "multiply", "fill.png", "Location=39,29"}, ""},
              {{"blend", "multiply", "fill.png", "Size=0,3"}, "nothing of fill.png lies in the picture, 40x30"},
+             {{"blend", "multiply", "fill.png", "Size=-5,3"}, "Size=-5,3 works as 50,3"},
+             {{"blend", "multiply", "fill.png", "Size=3,99"}, ""},
+             {{"blend", "multiply", "fill.png", "Size=3,3"}, ""},
              {{"brightness"}, "BrightnessEffect changes nothing without a value for BrightnessValue"},
              {{"colorfilter"}, "changes nothing without a value for Red, Green and Blue"},
              {{"brightness", "0"}, ""},

@@ -64,6 +64,8 @@ TEST_F(ErrorsTest, WrongCommandLines) {
              {{"sepia", "30", "--then", "in.png", "out.png"}, {"the file in.png stands where the name of an effect"}},
              {{"apply", "in.png", "out.png"}, {"the file in.png stands where the name of an effect"}},
              {{"blend", "--mask", "in.png", "fill.png", "in.png", "out.png"}, {"BlendEffect has no mask"}},
+             {{"sepia", "9", "none.png", "out.png"}, {"SepiaValue=9", "10 to 55"}},
+             {{"call", "SepiaEffect.Apply", "source=none.png", "value=9", "out.png"}, {"value=9"}},
              {{"invert", "", "out.png"}, {"INPUT is empty"}},
              {{"invert", "in.png", ""}, {"OUTPUT is empty"}},
              {{"invert", "--mask", "", "in.png", "out.png"}, {"mask is empty"}},
