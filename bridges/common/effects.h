@@ -1,0 +1,92 @@
+// The effects of all plug-ins, as the catalogue describes them, and objects of them: what every bridge is made from.
+#pragma once
+
+#include <ombrix/ombrix.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace ombrix::bridge {
+
+/// What a function of the C interface said when it failed.
+class Error : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+struct Constant {
+    std::string name;  ///< MODE_OVERLAY
+    std::string word;  ///< overlay
+    std::int64_t value = 0;
+};
+
+struct Point {
+    std::int64_t x = 0;
+    std::int64_t y = 0;
+};
+
+enum class Type { Integer, Number, Boolean, Picture, Point, Other };
+
+/// What a new effect has; nothing for pictures and where it is not known.
+using Default = std::variant<std::monostate, std::int64_t, double, bool, Point>;
+
+struct Property {
+    std::string name;  ///< as registered: SepiaValue
+    std::string word;  ///< unique in the effect: value
+    std::string description;
+    Type type = Type::Other;
+    bool inherited = false;       ///< from the base class, as all effects have it
+    bool refusesDefault = false;  ///< the effect gives no picture until it is set
+    std::optional<int> position;  ///< for those that people give without a name
+    Default initial;
+    std::optional<std::pair<std::int64_t, std::int64_t>> range;  ///< of an Integer, when both ends are known
+    std::optional<std::pair<double, double>> bounds;             ///< of a Number
+    std::vector<Constant> constants;
+};
+
+struct Effect {
+    std::string name;  ///< SepiaEffect
+    std::string word;  ///< sepia
+    std::string description;
+    bool pixelByPixel = false;
+    bool keepsAlpha = false;
+    std::vector<Property> properties;  ///< those that can be set
+};
+
+/// In the order of registration. Throws an Error.
+std::vector<Effect> ReadEffects();
+
+/// An object of an effect, for one thread at a time. All functions throw an Error with the sentence.
+class Object {
+  public:
+    explicit Object(const std::string& effect);
+
+    void Set(const std::string& property, std::int64_t value);
+    void Set(const std::string& property, double value);
+    void Set(const std::string& property, bool value);
+    void Set(const std::string& property, Point value);
+    void Set(const std::string& property, const std::string& text);
+    /// The rows have to outlive their use.
+    void Set(const std::string& property, const ombrix_rows& rows);
+    void Unset(const std::string& property);
+
+    void Apply(const ombrix_rows& source, const ombrix_rows& destination);
+
+  private:
+    struct Free {
+        void operator()(ombrix_effect* effect) const { ombrix_effect_free(effect); }
+    };
+    std::unique_ptr<ombrix_effect, Free> effect_;
+};
+
+/// Throws an Error with the sentence of the call unless it is OMBRIX_OK.
+void Check(ombrix_status status);
+
+}  // namespace ombrix::bridge
