@@ -13,10 +13,11 @@ namespace fs = std::filesystem;
 fs::path ObjectFileOf(void* function) {
     Dl_info object;
     if (dladdr(function, &object) == 0) return {};
-    // A program's own name is as it was typed.
+    // A program's own name is as it was typed, and a run path's may go up and down.
     std::error_code error;
     const fs::path file = fs::absolute(object.dli_fname, error);
-    return error ? fs::path() : file;
+    const fs::path folder = fs::canonical(file.parent_path(), error);
+    return error ? fs::path() : folder / file.filename();
 }
 
 std::vector<fs::path> OwnFolders() {
