@@ -22,6 +22,11 @@ using host::Overlap;
 using host::Rows;
 
 constexpr std::string_view kProgressProperty = "ProgressHandler";
+constexpr std::string_view kTasksProperty = "MultiprocessingHint";
+/// Bytes whose work takes less time than handing it over to tasks does: one does them all.
+constexpr std::int64_t kBytesForTasks = 64 << 10;
+/// Bytes that are copied in less time than a further call of an effect takes.
+constexpr std::int64_t kBytesForCalls = 16 << 10;
 /// Copies stay in a cache until the effect, and the copy back, are done with them.
 constexpr std::int64_t kCopiedBytes = 512 << 10;
 /// Between two calls of a progress function: some tens of microseconds.
@@ -77,6 +82,20 @@ struct EffectOnRows::State {
     std::vector<std::pair<std::string, Rows>> pictures;
     std::function<bool(std::int64_t, std::int64_t)> progress;
     std::optional<bool> takesRedForBlue, landsInPlace;  ///< as tried
+    std::optional<host::Value> usualTasks;              ///< what the effect has, while it has one task instead
+    bool choosesTasks = host.FindProperty(type.name, kTasksProperty) != nullptr;  ///< until they are set
+
+    /// Has one task do what is not worth two.
+    void ChooseTasks(std::int64_t bytes) {
+        if (!choosesTasks || usualTasks.has_value() == (bytes < kBytesForTasks)) return;
+        if (usualTasks) {
+            effect.Set(kTasksProperty, *usualTasks);
+            usualTasks.reset();
+        } else {
+            usualTasks = effect.Get(kTasksProperty);
+            effect.Set(kTasksProperty, 1);
+        }
+    }
 
     /// Tries once for the values that the effect has.
     bool Tried(std::optional<bool>& answer, bool (*tries)(host::Host&, const host::ClassInfo&, const Prepare&)) {
@@ -184,6 +203,7 @@ class Lent {
 
 void EffectOnRows::State::Apply(Rows source, Rows destination) {
     const RowPlan plan = PlanFor(source, destination, Traits());
+    ChooseTasks(source.width * source.height * host::BytesPerPixel(plan.layout));
     if (plan.isUpsideDown) {
         source = host::UpsideDown(source);
         destination = host::UpsideDown(destination);
@@ -209,7 +229,18 @@ void EffectOnRows::State::Apply(Rows source, Rows destination) {
     }
 }
 
-void EffectOnRows::State::ApplyPart(const RowPlan& plan, const Rows& source, const Rows& destination) {
+/// A plan whose pixels are seen without the first column, which takes a call of its own. Few pixels are rather copied.
+RowPlan WithoutShift(RowPlan plan, const Rows& source) {
+    plan.layout = IsSwapped(plan.layout) ? Layout::Abgr : Layout::Argb;
+    plan.alpha = source.alpha;
+    plan.copiesSource = plan.copiesDestination = true;
+    return plan;
+}
+
+void EffectOnRows::State::ApplyPart(const RowPlan& planned, const Rows& source, const Rows& destination) {
+    const bool isFew = source.width * source.height * host::BytesPerPixel(source.layout) < kBytesForCalls;
+    const bool unshifts = isFew && IsShifted(planned.layout) && source.alpha == destination.alpha;
+    const RowPlan plan = unshifts ? WithoutShift(planned, source) : planned;
     const auto newCopy = [&] { return MakeCopy(source.width, source.height, plan.layout, plan.alpha); };
     Copy sourceCopy, destinationCopy;
     Rows from = source, to = destination;
@@ -234,10 +265,17 @@ EffectOnRows::~EffectOnRows() = default;
 
 const std::string& EffectOnRows::ClassName() const { return state_->type.name; }
 
-host::Value EffectOnRows::Get(std::string_view property) const { return state_->effect.Get(property); }
+host::Value EffectOnRows::Get(std::string_view property) const {
+    if (state_->usualTasks && text::SameName(property, kTasksProperty)) return *state_->usualTasks;
+    return state_->effect.Get(property);
+}
 
 void EffectOnRows::Set(std::string_view property, const host::Value& value) {
     state_->effect.Set(property, value);
+    if (text::SameName(property, kTasksProperty)) {
+        state_->choosesTasks = false;
+        state_->usualTasks.reset();
+    }
     std::erase_if(state_->values, [&](const GivenValue& each) { return text::SameName(each.property, property); });
     state_->values.push_back({std::string(property), value});
     state_->takesRedForBlue.reset();

@@ -1,5 +1,8 @@
 # Made by: python3 -m ombrix stubs
-from typing import Any, Callable, Dict, List, Literal, Optional, Tuple, Union
+from typing import Any, Callable, Dict, Literal, Optional, Tuple, TypeVar, Union, overload
+
+_Picture = TypeVar("_Picture")
+_Out = TypeVar("_Out")
 
 __version__: str
 
@@ -16,15 +19,28 @@ def catalogue() -> Dict[str, Any]: ...
 
 class Effect:
     name: str
+    pixel_by_pixel: bool
+    keeps_alpha: bool
+    @overload
     def __call__(
         self,
-        source: Any,
-        out: Any = ...,
+        source: _Picture,
+        out: None = ...,
         *,
         layout: Optional[str] = ...,
         alpha: str = ...,
         progress: Optional[Callable[[int, int], Any]] = ...,
-    ) -> Any: ...
+    ) -> _Picture: ...
+    @overload
+    def __call__(
+        self,
+        source: Any,
+        out: _Out,
+        *,
+        layout: Optional[str] = ...,
+        alpha: str = ...,
+        progress: Optional[Callable[[int, int], Any]] = ...,
+    ) -> _Out: ...
     def copies(self, source: Any, out: Any = ..., *, layout: Optional[str] = ..., alpha: str = ...) -> int: ...
 
 

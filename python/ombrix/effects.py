@@ -18,6 +18,10 @@ class Effect:
     """
 
     name = ""
+    #: Whether the result over the parts of a picture is the result over the whole.
+    pixel_by_pixel = False
+    #: Whether the fourth channel stays as it is, and the colours do not depend on it.
+    keeps_alpha = False
     _known = {}
 
     def __init__(self, *arguments, **named):
@@ -30,9 +34,9 @@ class Effect:
         for word, value in given.items():
             self._set(word, value)
 
-    def __del__(self):
+    def __del__(self, free=library.free_effect):  # which is there until the interpreter has ended
         if getattr(self, "_handle", None):
-            library.free_effect(self._handle)
+            free(self._handle)
 
     def __repr__(self):
         values = ", ".join(f"{word}={value!r}" for word, value in self._values.items())
@@ -76,12 +80,19 @@ class Effect:
         alpha: what a fourth channel is: "straight", "premultiplied" or "none".
         progress: a function that is called with the rows that are done and all there are; an exception ends the work.
         """
-        if pixels.is_image(source):
-            return self._image(source, out, progress)
-        read = pixels.read(source, "the picture", layout, alpha)
+        read = pixels.packed(source, layout, alpha)
+        if read is None:
+            if pixels.is_image(source):
+                return self._image(source, out, progress)
+            read = pixels.read(source, "the picture", layout, alpha)
         if out is None:
             out = pixels.new_like(source, read.shape)
-        written = pixels.written(out, "out", layout, alpha)
+        if out is source and not read.is_readonly:
+            written = read
+        else:
+            written = pixels.packed(out, layout, alpha)
+            if written is None or written.is_readonly:
+                written = pixels.written(out, "out", layout, alpha)
         self._apply(read, written, progress)
         return out
 
@@ -97,6 +108,12 @@ class Effect:
         return Image.frombytes(image.mode, image.size, bytes(result))
 
     def _apply(self, read, written, progress):
+        if progress is None:
+            with self._lock:
+                status = library.apply(self._handle, ctypes.byref(read.rows), ctypes.byref(written.rows))
+                if status:
+                    library.fail(status)
+            return
         thrown = []
 
         def report(_data, done, in_all):
@@ -107,16 +124,14 @@ class Effect:
             return len(thrown)
 
         with self._lock:
-            if progress is not None:
-                function = library.Progress(report)
-                library.call("set_progress", self._handle, function, None)
+            function = library.Progress(report)
+            library.call("set_progress", self._handle, function, None)
             try:
                 library.call("apply", self._handle, ctypes.byref(read.rows), ctypes.byref(written.rows))
             except library.errors.Cancelled:
                 raise thrown[0] from None
             finally:
-                if progress is not None:
-                    library.call("set_progress", self._handle, _NO_PROGRESS, None)
+                library.call("set_progress", self._handle, _NO_PROGRESS, None)
 
     def copies(self, source, out=None, *, layout=None, alpha="straight"):
         """How many passes over the pixels a call takes beside the effect's own; 0 where the arrays are used as they lie.
@@ -198,6 +213,8 @@ def made(known):
     lines += [f"{each['word']}: {_takes(each)}. {each['description']}".rstrip() for each in properties]
     body = {each["word"]: _property(each["word"], each) for each in properties}
     body["name"] = known["name"]
+    body["pixel_by_pixel"] = known["pixelByPixel"]
+    body["keeps_alpha"] = known["keepsAlpha"]
     body["_known"] = {each["word"]: each for each in properties}
     body["__doc__"] = "\n".join(lines)
     body["__signature__"] = inspect.Signature(parameters)

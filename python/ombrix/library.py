@@ -58,6 +58,8 @@ _library.ombrix_effect_free.argtypes = [_effect]
 _library.ombrix_effect_free.restype = None
 
 free_effect = _library.ombrix_effect_free
+#: As it is, for a status that the caller looks at: small pictures are to cost little.
+apply = _library.ombrix_apply
 
 
 def version():
@@ -67,8 +69,12 @@ def version():
 def call(name, *arguments):
     """Calls ombrix_<name>; an exception of `errors`, or a MemoryError, when it fails."""
     status = getattr(_library, "ombrix_" + name)(*arguments)
-    if status == 0:
-        return
+    if status:
+        fail(status)
+
+
+def fail(status):
+    """Raises what the status of this thread's last call stands for."""
     sentence = _library.ombrix_last_error().decode(errors="replace")
     if status == 5:
         raise MemoryError(sentence)

@@ -1,6 +1,7 @@
 """Arrays and images as rows of pixels, without copies."""
 
 import ctypes
+import sys
 
 from .errors import InvalidArgument
 from .library import Rows
@@ -36,6 +37,35 @@ _release.restype = None
 _STRIDED, _FORMAT, _WRITABLE = 0x18, 0x4, 0x1
 
 
+class Packed:
+    """An array of NumPy without gaps, of the usual layout: the case that has to be quick."""
+
+    __slots__ = ("array", "shape", "is_readonly", "rows")
+
+    def __init__(self, array, interface, layout, alpha):
+        base, self.is_readonly = interface["data"]
+        self.array, self.shape = array, interface["shape"]
+        height, width, channels = self.shape
+        self.rows = Rows(_ROWS_SIZE, base, width * channels, width, height, layout, alpha)
+
+
+_ROWS_SIZE = ctypes.sizeof(Rows)
+_USUAL_LAYOUTS = {3: LAYOUTS["rgb"], 4: LAYOUTS["rgba"]}
+
+
+def packed(array, layout, alpha):
+    """None where it takes a closer look."""
+    numpy = sys.modules.get("numpy")
+    if numpy is None or type(array) is not numpy.ndarray or layout is not None or alpha != "straight":
+        return None
+    interface = array.__array_interface__
+    shape = interface["shape"]
+    if interface["strides"] is not None or interface["typestr"] != "|u1" or len(shape) != 3:
+        return None
+    usual = _USUAL_LAYOUTS.get(shape[2])
+    return None if usual is None else Packed(array, interface, usual, ALPHAS["straight"])
+
+
 class Pixels:
     """What a buffer holds, which it keeps alive and in its place."""
 
@@ -51,6 +81,7 @@ class Pixels:
         except TypeError:
             raise InvalidArgument(f"{what} is a {type(array).__name__}; arrays and images are taken") from None
         self._held = True
+        self.is_readonly = bool(self._buffer.readonly)
         shape = self._buffer.shape[: self._buffer.ndim]
         strides = self._buffer.strides[: self._buffer.ndim]
         self.shape = tuple(shape)
@@ -105,9 +136,8 @@ def written(array, what, layout, alpha):
 
 def new_like(array, shape):
     """Uninitialised for NumPy; otherwise a memoryview of a bytearray."""
-    if type(array).__module__.partition(".")[0] == "numpy":
-        import numpy
-
+    numpy = sys.modules.get("numpy")
+    if numpy is not None and isinstance(array, numpy.ndarray):
         return numpy.empty(shape, numpy.uint8)
     count = 1
     for side in shape:

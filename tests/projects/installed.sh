@@ -63,9 +63,9 @@ quiet cc -std=c89 -pedantic -Wall -Werror -fsyntax-only -x c -include "$header" 
 "$installed/bin/ombrix" sepia 30 "$source/examples/photo.jpg" "$folder/installed.png"
 cmp "$folder/built.png" "$folder/installed.png"
 "$installed/bin/ombrix" list --json | grep -qF "\"$plugin\"" || { echo "the command loads another plug-in"; exit 1; }
-same "Python" "[[162 125 100]]" "$(cd "$folder" && env -u OMBRIX_LIBRARY LD_LIBRARY_PATH="$libraries" \
+same "Python" "[[152 115  90]]" "$(cd "$folder" && env -u OMBRIX_LIBRARY LD_LIBRARY_PATH="$libraries" \
     PYTHONPATH="$(dirname "$(find "$installed" -name ombrix -path '*python3*' -type d)")" PYTHONDONTWRITEBYTECODE=1 \
-    /usr/bin/python3 -c 'import numpy, ombrix; print(ombrix.Sepia(20)(numpy.array([[[200, 100, 50]]], "uint8"))[0])')"
+    /usr/bin/python3 -c 'import numpy, ombrix; print(ombrix.Sepia(30)(numpy.array([[[200, 100, 50]]], "uint8"))[0])')"
 if find "$installed" -type f -exec grep -lF -e "$source" -e "$build" {} +; then
     echo "the files above name the folder that they were built in"
     exit 1
