@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <exception>
+#include <iostream>
+#include <string_view>
 #include <utility>
 
 #include "cli/failure.h"
@@ -10,6 +12,7 @@
 #include "cli/supervisor/supervisor.h"
 #include "text/names.h"
 #include "text/phrases.h"
+#include "text/printable.h"
 #include "text/suggestions.h"
 
 namespace ombrix::cli {
@@ -82,6 +85,16 @@ class Parser {
         }
         for (const std::string& extra : program_.remaining(true)) RefuseExtra(extra);
         return true;
+    }
+
+    /// What may come next on a line that is being typed.
+    Candidates Complete(const std::vector<std::string>& line) const {
+        const auto wordsOf = [this](const CLI::App& app, const std::vector<std::string>& given) {
+            const auto form =
+                std::ranges::find_if(forms_, [&](const CommandForm& each) { return each.form.app == &app; });
+            return form->command.Words(host_, catalogue_, given);
+        };
+        return cli::Complete(program_, *program_.get_subcommand("apply"), catalogue_, wordsOf, line);
     }
 
     /// Calls a function of the command that was given, and adds its usage to a UsageError.
@@ -244,9 +257,30 @@ std::vector<std::vector<std::string>> SplitAtThen(int count, const char* const* 
     return pieces;
 }
 
+/// "ombrix complete", which shells ask. Each word of the line that is being typed ends with a zero byte.
+void PrintCandidates(host::Host& host) {
+    std::vector<std::string> line;
+    for (std::string word; std::getline(std::cin, word, '\0');) line.push_back(word);
+    try {
+        LoadPlugins(host, PluginsNamed(line));
+    } catch (const std::exception&) {
+        // Nobody wants to read of it now.
+    }
+    Options options;
+    const catalogue::Catalogue catalogue(host, {});
+    const Candidates candidates = Parser(options, host, catalogue).Complete(line);
+    for (const Candidate& each : candidates.words)
+        std::cout << each.word << '\t' << text::Printable(each.about) << '\n';
+    if (candidates.files) std::cout << ":files\n";
+}
+
 }  // namespace
 
 std::optional<CommandLine> ReadCommandLine(int count, const char* const* words, host::Host& host) {
+    if (count == 2 && std::string_view(words[1]) == "complete") {
+        PrintCandidates(host);
+        return std::nullopt;
+    }
     std::exception_ptr missing;
     CommandLine line;
     try {

@@ -44,6 +44,10 @@ endif()
 
 if(OMBRIX_BUILD_COMMAND)
     install(TARGETS ombrix RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)
+    set(completion ${CMAKE_BINARY_DIR}/completion)
+    install(FILES ${completion}/bash RENAME ombrix DESTINATION share/bash-completion/completions COMPONENT command)
+    install(FILES ${completion}/zsh RENAME _ombrix DESTINATION share/zsh/vendor-completions COMPONENT command)
+    install(FILES ${completion}/fish RENAME ombrix.fish DESTINATION share/fish/vendor_completions.d COMPONENT command)
     # Where they have been made: the target needs help2man.
     add_custom_target(manual ${PROJECT_SOURCE_DIR}/scripts/manual.sh $<TARGET_FILE:ombrix> ${CMAKE_BINARY_DIR}/man1
         DEPENDS ombrix VERBATIM)

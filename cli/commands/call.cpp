@@ -255,11 +255,49 @@ host::Value Make(Session& session, const PlannedCall& call, std::vector<GivenPic
     return result;
 }
 
+/// Every method, as it is called.
+Candidates Callees(const host::Host& host) {
+    Candidates callees;
+    const auto add = [&callees](const auto& owner, const auto& declaring) {
+        for (const MethodInfo& method : declaring.methods) {
+            callees.words.push_back({owner.name + "." + method.name, method.declaration});
+        }
+    };
+    for (const host::ClassInfo& type : host.Classes()) {
+        if (type.plugin.empty()) continue;
+        for (const host::ClassInfo* ancestor : host.Ancestry(type.name)) add(type, *ancestor);
+    }
+    for (const host::ModuleInfo& module : host.Modules()) add(module, module);
+    return callees;
+}
+
+/// Names of the arguments, for all overloads, and the output file.
+Candidates Arguments(const host::Host& host, const std::string& callee) {
+    Candidates names{{}, true};
+    const std::size_t dot = callee.find('.');
+    if (dot == std::string::npos) return names;
+    try {
+        for (const MethodInfo& method :
+             host.FindMethods(FindOwner(host, callee.substr(0, dot)).Name(), callee.substr(dot + 1))) {
+            for (const ParameterInfo& parameter : method.parameters) {
+                names.words.push_back({parameter.name + "=", parameter.type});
+            }
+        }
+    } catch (const UsageError&) {  // there is no such owner
+    }
+    return names;
+}
+
 class Call : public Command {
   public:
     const About& Describe() const override { return kAbout; }
 
     void AddOptions(CLI::App& app) override { app.add_option("words", words_)->group(""); }
+
+    Candidates Words(const host::Host& host, const catalogue::Catalogue&,
+                     const std::vector<std::string>& given) const override {
+        return given.empty() ? Callees(host) : Arguments(host, given.front());
+    }
 
     void Check() override {
         const std::size_t dot = words_.empty() ? std::string::npos : words_.front().find('.');

@@ -8,9 +8,13 @@ std::vector<Command::Form> Command::AddForms(CLI::App&, const catalogue::Catalog
 
 void Command::Then() { throw UsageError("--then goes between the effects of apply"); }
 
+Candidates Command::Words(const host::Host&, const catalogue::Catalogue&, const std::vector<std::string>&) const {
+    return {{}, true};
+}
+
 std::vector<std::unique_ptr<Command>> MakeCommands() {
     std::vector<std::unique_ptr<Command>> commands;
-    for (const auto make : {MakeApply, MakeCall, MakeList, MakeGallery}) commands.push_back(make());
+    for (const auto make : {MakeApply, MakeCall, MakeList, MakeGallery, MakeCompletion}) commands.push_back(make());
     return commands;
 }
 

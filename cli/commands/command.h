@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/completion.h"
 #include "cli/help.h"
 #include "cli/session.h"
 
@@ -40,12 +41,17 @@ class Command {
     virtual void Check() = 0;
 
     virtual void Run(Session& session) = 0;
+
+    /// What shells are to offer after the words `given`. Files, unless the command knows better.
+    virtual Candidates Words(const host::Host& host, const catalogue::Catalogue& catalogue,
+                             const std::vector<std::string>& given) const;
 };
 
 std::unique_ptr<Command> MakeApply();
 std::unique_ptr<Command> MakeCall();
 std::unique_ptr<Command> MakeList();
 std::unique_ptr<Command> MakeGallery();
+std::unique_ptr<Command> MakeCompletion();
 
 /// In the order of the help.
 std::vector<std::unique_ptr<Command>> MakeCommands();

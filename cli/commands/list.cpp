@@ -156,6 +156,20 @@ class List : public Command {
             ->excludes(all);
     }
 
+    Candidates Words(const host::Host& host, const catalogue::Catalogue& catalogue,
+                     const std::vector<std::string>& given) const override {
+        Candidates names;
+        if (!given.empty()) return names;
+        for (const catalogue::Effect& effect : catalogue.Effects()) {
+            names.words.push_back({effect.Word(), effect.Description()});
+        }
+        for (const host::ClassInfo& type : host.Classes()) {
+            if (!type.plugin.empty()) names.words.push_back({type.name, catalogue.Description(type)});
+        }
+        for (const host::ModuleInfo& module : host.Modules()) names.words.push_back({module.name, ""});
+        return names;
+    }
+
     void Check() override {
         if (words_.size() > 1) throw UsageError("list takes one class or module, not " + text::Listed(words_));
     }
