@@ -104,7 +104,7 @@ std::vector<BrokenPlugin> Host::LoadInstalled() {
     };
     load(StandardPlugin());
     std::vector<BrokenPlugin> broken;
-    for (const std::filesystem::path& plugin : InstalledPlugins()) {
+    for (const std::filesystem::path& plugin : InstalledPlugins(broken)) {
         try {
             load(plugin);
         } catch (const Error& error) {

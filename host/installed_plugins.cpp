@@ -22,26 +22,28 @@ std::string Variable(const char* name) {
     return value != nullptr ? value : "";
 }
 
-void AddFilesOf(const fs::path& folder, std::vector<fs::path>& files) {
+/// Why the folder could not be read to its end, if it could not.
+std::error_code AddFilesOf(const fs::path& folder, std::vector<fs::path>& files) {
     std::error_code error;
     const std::size_t before = files.size();
     for (fs::directory_iterator each(folder, error), end; !error && each != end; each.increment(error)) {
         if (each->path().extension() == ".so") files.push_back(each->path());
     }
     std::sort(files.begin() + static_cast<std::ptrdiff_t>(before), files.end());
+    return error;
 }
 
-void AddNamed(std::string_view list, std::vector<fs::path>& files) {
+void AddNamed(std::string_view list, std::vector<fs::path>& files, std::vector<BrokenPlugin>& broken) {
     while (!list.empty()) {
         const std::size_t end = std::min(list.find(':'), list.size());
         const fs::path path(list.substr(0, end));
         list.remove_prefix(std::min(end + 1, list.size()));
         std::error_code error;
         if (path.empty()) continue;
-        if (fs::is_directory(path, error)) {
-            AddFilesOf(path, files);
-        } else {
+        if (!fs::is_directory(path, error)) {
             files.push_back(path);
+        } else if (error = AddFilesOf(path, files); error) {
+            broken.push_back({path, "the folder of plug-ins " + path.string() + " cannot be read: " + error.message()});
         }
     }
 }
@@ -67,9 +69,9 @@ fs::path StandardPlugin() {
     throw Error("the standard plug-in is missing: it belongs at " + text::Join(places, " or "));
 }
 
-std::vector<fs::path> InstalledPlugins() {
+std::vector<fs::path> InstalledPlugins(std::vector<BrokenPlugin>& broken) {
     std::vector<fs::path> files, once;
-    AddNamed(Variable("OMBRIX_PLUGINS"), files);
+    AddNamed(Variable("OMBRIX_PLUGINS"), files, broken);
     if (const fs::path data = UserDataFolder(); !data.empty()) AddFilesOf(data / "ombrix/plugins", files);
     AddFilesOf(ObjectFileOf(reinterpret_cast<void*>(&ObjectFileOf)).parent_path() / "ombrix/plugins", files);
     for (const fs::path& file : files) {

@@ -35,6 +35,13 @@ apt-get install -y --no-install-recommends ./packages/*.deb
 apt-get install -y --no-install-recommends python3-numpy gcc libc6-dev pkg-config
 bash -eux lines.sh
 
+# Who runs a program with more rights than their own has it load no plug-ins of theirs.
+cp /usr/bin/ombrix /usr/bin/with-rights
+chown nobody /usr/bin/with-rights
+chmod u+s /usr/bin/with-rights
+OMBRIX_PLUGINS=/none.so ombrix list 2>&1 > /dev/null | grep -F /none.so
+test -z "$(OMBRIX_PLUGINS=/none.so with-rights list 2>&1 > /dev/null)"
+
 test -z "$(dpkg --audit)"
 END
 
