@@ -7,7 +7,7 @@
 
 namespace ombrix::capi {
 
-/// A Failure that lists what there is, when there is none of this name. Valid within the session.
+/// A NotFound when there is none of this name. Valid within the session.
 const catalogue::Effect& EffectNamed(const Session& session, const char* name);
 const catalogue::Effect& EffectOf(const Session& session, const ombrix_effect* effect);
 const catalogue::Property& PropertyNamed(const catalogue::Effect& effect, const char* name);

@@ -53,6 +53,8 @@ ombrix_status Guarded(Body body) noexcept {
         return OMBRIX_OK;
     } catch (const Failure& failure) {
         return Failed(failure.status, failure.sentence);
+    } catch (const catalogue::NotFound& error) {
+        return Failed(OMBRIX_NOT_FOUND, error.what());
     } catch (const catalogue::BadRows& error) {
         return Failed(OMBRIX_INVALID_ARGUMENT, error.what());
     } catch (const catalogue::Refused& error) {

@@ -56,7 +56,7 @@ host::Value ReadValue(host::Host& host, const catalogue::Effect& effect, const c
     host::Value value;
     std::string taken = property.type;
     if (property.type == "Integer") {
-        taken = effect.ConstantsOf(property).empty() ? "a whole number" : "a whole number or a constant's name";
+        taken = catalogue::IntegerForms(std::string(text), effect.ConstantsOf(property));
         value = ReadConstant(effect, property, text);
         if (const auto number = ReadNumber<std::int64_t>(text)) value = *number;
     } else if (property.type == "Double") {

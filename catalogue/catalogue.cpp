@@ -10,6 +10,8 @@
 #include "catalogue/json.h"
 #include "catalogue/words.h"
 #include "text/names.h"
+#include "text/phrases.h"
+#include "text/suggestions.h"
 
 namespace ombrix::catalogue {
 
@@ -45,6 +47,13 @@ const Effect* Catalogue::Find(std::string_view name) const {
         if (found != state_->effects.end()) return &*found;
     }
     return nullptr;
+}
+
+const Effect& Catalogue::Named(std::string_view name) const {
+    if (const Effect* effect = Find(name)) return *effect;
+    std::vector<std::string> words;
+    for (const Effect& each : Effects()) words.push_back(each.Word());
+    throw NotFound("there is no effect " + text::Quoted(name) + text::Suggestion(name, words));
 }
 
 std::string Catalogue::Description(const host::ClassInfo& type) const { return state_->descriptions.OfClass(type); }

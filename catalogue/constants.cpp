@@ -4,6 +4,8 @@
 
 #include "catalogue/accepted_range.h"
 #include "text/names.h"
+#include "text/phrases.h"
+#include "text/suggestions.h"
 
 namespace ombrix::catalogue {
 
@@ -105,6 +107,23 @@ const Constant* FindConstant(const std::vector<Constant>& constants, std::string
         }
     }
     return nullptr;
+}
+
+std::string IntegerForms(const std::string& text, const std::vector<Constant>& constants) {
+    constexpr std::size_t kMostOffered = 3;
+    if (text.find_first_not_of("+-0123456789") == std::string::npos && !text.empty()) {
+        return "a whole number that 64 bits can hold";
+    }
+    if (constants.empty()) return "a whole number";
+    const std::vector<std::string> words = WordsOf(constants);
+    std::vector<std::string> offered = text::NearestNames(text, words, kMostOffered);
+    if (offered.empty()) {
+        std::vector<std::string> names;
+        for (const Constant& constant : constants) names.push_back(constant.name);
+        offered = text::NearestNames(text, names, kMostOffered);
+    }
+    if (offered.empty()) return "a whole number or one of " + text::Join(words);
+    return "a whole number or the name of a constant such as " + text::Join(offered);
 }
 
 }  // namespace ombrix::catalogue

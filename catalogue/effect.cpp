@@ -8,6 +8,8 @@
 #include "catalogue/values.h"
 #include "catalogue/words.h"
 #include "text/names.h"
+#include "text/phrases.h"
+#include "text/suggestions.h"
 
 namespace ombrix::catalogue {
 
@@ -135,6 +137,15 @@ const Property* Effect::FindProperty(std::string_view nameOrWord) const {
     return nullptr;
 }
 
+const Property& Effect::PropertyNamed(std::string_view nameOrWord) const {
+    if (const Property* property = FindProperty(nameOrWord)) return *property;
+    std::vector<std::string> words;
+    for (const Property& each : Properties()) {
+        if (!each.inherited) words.push_back(each.word);
+    }
+    throw NotFound(Name() + " has no property " + text::Quoted(nameOrWord) + text::Suggestion(nameOrWord, words));
+}
+
 const std::vector<const Property*>& Effect::ByPosition() const { return state_->ByPosition(); }
 const std::vector<Constant>& Effect::ConstantsOf(const Property& property) const {
     return state_->ConstantsOf(property);
@@ -142,6 +153,7 @@ const std::vector<Constant>& Effect::ConstantsOf(const Property& property) const
 const Values& Effect::ValuesOf(const Property& property) const { return state_->ValuesOf(property); }
 const Needs& Effect::WhatItNeeds() const { return state_->WhatItNeeds(); }
 bool Effect::WorksPixelByPixel() const { return state_->Work().isPixelByPixel; }
+const PartRoles& Effect::RolesInParts() const { return state_->Work().roles; }
 bool Effect::KeepsAlpha() const { return state_->Work().keepsAlpha; }
 
 }  // namespace ombrix::catalogue

@@ -24,6 +24,19 @@ Json ToJson(const host::Value& value) {
     return Json::array({point.X(), point.Y()});
 }
 
+/// Null for properties that are the same for every part.
+Json RoleOf(const Effect& effect, const Property& property) {
+    const PartRoles& roles = effect.RolesInParts();
+    for (const PartRoles::PictureProperty& each : roles.pictures) {
+        if (each.name == property.name) return each.role == PictureRole::Placed ? "placed" : "along";
+    }
+    for (const PartRoles::PointProperty& each : roles.points) {
+        if (each.name != property.name || each.role == PointRole::Fixed) continue;
+        return each.role == PointRole::Position ? "position" : "extent";
+    }
+    return {};
+}
+
 Json ToJson(const Effect& effect, const Property& property) {
     const Values& values = effect.ValuesOf(property);
     const auto& positions = effect.ByPosition();
@@ -43,6 +56,7 @@ Json ToJson(const Effect& effect, const Property& property) {
             {"refusesDefault", values.refusesInitial},
             {"range", values.range ? ToJson(*values.range) : Json()},
             {"bounds", values.bounds ? Json{{"low", values.bounds->low}, {"high", values.bounds->high}} : Json()},
+            {"role", RoleOf(effect, property)},
             {"constants", std::move(constants)}};
 }
 

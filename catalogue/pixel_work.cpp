@@ -80,7 +80,7 @@ class Trials {
         if (!result) return;
         hasResult_ = true;
         work.keepsAlpha = work.keepsAlpha && KeepsAlpha(result, Result(otherAlpha_, given));
-        work.isPixelByPixel = work.isPixelByPixel && WorksByParts(result, given);
+        work.isPixelByPixel = work.isPixelByPixel && WorksByParts(result, given, work.roles);
     }
 
     bool HasResult() const { return hasResult_; }
@@ -105,17 +105,29 @@ class Trials {
         return pictures_.emplace(seed, TrialPicture(host_, kWidth, kHeight, 24, seed)).first->second;
     }
 
-    /// `whole`: the result for source_.
-    bool WorksByParts(const Picture& whole, const Variation& given) const {
+    /// `whole`: the result for source_. Notes the roles when they are those of more pictures and points than before.
+    bool WorksByParts(const Picture& whole, const Variation& given, PartRoles& known) const {
+        const std::optional<PartRoles> roles = RolesFor(whole, given);
+        if (!roles) return false;
+        if (roles->pictures.size() + roles->points.size() > known.pictures.size() + known.points.size()) known = *roles;
+        return true;
+    }
+
+    /// Nothing when the effect does not work by parts.
+    std::optional<PartRoles> RolesFor(const Picture& whole, const Variation& given) const {
         if (given.points.empty() && whole.Width() == kWidth && whole.Height() == kHeight &&
             IsSamePart(whole, kPart, Result(PartOf(host_, source_, kPart), given, &kPart))) {
-            return true;
+            PartRoles along;
+            for (const std::string& property : given.pictures) {
+                along.pictures.push_back({property, PictureRole::AlongSource});
+            }
+            return along;
         }
+        if (given.pictures.empty() && given.points.empty()) return std::nullopt;
         // Some of the pictures may lie at a position.
         std::vector<PictureToSet> pictures;
         for (const std::string& property : given.pictures) pictures.push_back({property, true});
-        return !(given.pictures.empty() && given.points.empty()) &&
-               FindPartRoles(host_, type_, pictures, given.points, kDepth, WithValues(given.values)).has_value();
+        return FindPartRoles(host_, type_, pictures, given.points, kDepth, WithValues(given.values));
     }
 
     /// `result` and `other`: for source_ and otherAlpha_.
@@ -196,6 +208,7 @@ PixelWork FindPixelWork(host::Host& host, const host::ClassInfo& type, const Nee
         trials.Try(variation, work);
         if (!work.isPixelByPixel && !work.keepsAlpha) break;
     }
+    if (!work.isPixelByPixel) work.roles = {};
     return trials.HasResult() ? work : PixelWork{};
 }
 

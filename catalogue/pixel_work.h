@@ -10,9 +10,10 @@ namespace ombrix::catalogue {
 struct PixelWork {
     bool isPixelByPixel = false;
     bool keepsAlpha = false;
+    PartRoles roles{};  ///< of all pictures and points
 };
 
-/// What Effect::WorksPixelByPixel and Effect::KeepsAlpha say. `valuesOf`: of a property.
+/// What Effect::WorksPixelByPixel, KeepsAlpha and RolesInParts say. `valuesOf`: of a property.
 PixelWork FindPixelWork(host::Host& host, const host::ClassInfo& type, const Needs& needs,
                         const std::function<const Values&(const host::PropertyInfo&)>& valuesOf);
 

@@ -11,7 +11,6 @@
 #include "text/names.h"
 #include "text/numbers.h"
 #include "text/phrases.h"
-#include "text/suggestions.h"
 
 namespace ombrix::cli {
 
@@ -41,27 +40,6 @@ std::optional<std::pair<std::int64_t, std::int64_t>> ParsePoint(std::string_view
     return std::pair{*x, *y};
 }
 
-constexpr std::size_t kMostOffered = 3;
-
-std::vector<std::string> FullNames(const std::vector<catalogue::Constant>& constants) {
-    std::vector<std::string> names;
-    for (const catalogue::Constant& constant : constants) names.push_back(constant.name);
-    return names;
-}
-
-/// What would have been an Integer.
-std::string IntegerForms(const std::string& text, const std::vector<catalogue::Constant>& constants) {
-    if (text.find_first_not_of("+-0123456789") == std::string::npos && !text.empty()) {
-        return "a whole number that 64 bits can hold";
-    }
-    if (constants.empty()) return "a whole number";
-    const std::vector<std::string> names = catalogue::WordsOf(constants);
-    std::vector<std::string> offered = text::NearestNames(text, names, kMostOffered);
-    if (offered.empty()) offered = text::NearestNames(text, FullNames(constants), kMostOffered);
-    if (offered.empty()) return "a whole number or one of " + text::Join(names);
-    return "a whole number or the name of a constant such as " + text::Join(offered);
-}
-
 /// With a percent sign, hundredths.
 std::optional<double> ParseDouble(std::string_view text) {
     if (!text.ends_with('%')) return text::ParseNumber<double>(text);
@@ -84,7 +62,7 @@ TypedValue ParseValue(host::Host& host, const Setting& setting, std::string_view
     };
     if (text::SameName(type, "Integer")) {
         if (const auto number = ParseInteger(text, constants)) return host::Value(*number);
-        throw refuse(IntegerForms(text, constants));
+        throw refuse(catalogue::IntegerForms(text, constants));
     }
     if (text::SameName(type, "Boolean")) {
         if (const auto truth = ParseBoolean(text)) return host::Value(*truth);

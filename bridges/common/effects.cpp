@@ -16,6 +16,14 @@ Type TypeNamed(const std::string& name) {
     return Type::Other;
 }
 
+Role RoleNamed(const Json& json) {
+    if (json == "along") return Role::Along;
+    if (json == "placed") return Role::Placed;
+    if (json == "position") return Role::Position;
+    if (json == "extent") return Role::Extent;
+    return Role::None;
+}
+
 Default DefaultFrom(const Json& json, Type type) {
     if (json.is_null()) return {};
     switch (type) {
@@ -45,6 +53,7 @@ Property PropertyFrom(const Json& json) {
     json.at("word").get_to(property.word);
     json.at("description").get_to(property.description);
     property.type = TypeNamed(json.at("type").get<std::string>());
+    property.role = RoleNamed(json.at("role"));
     json.at("inherited").get_to(property.inherited);
     json.at("refusesDefault").get_to(property.refusesDefault);
     if (!json.at("position").is_null()) property.position = json.at("position").get<int>();

@@ -34,6 +34,15 @@ struct Point {
 
 enum class Type { Integer, Number, Boolean, Picture, Point, Other };
 
+/// What a picture or a point is in work by parts, of effects that work pixel by pixel; ombrix/parts.h says more.
+enum class Role {
+    None,      ///< the same for every part
+    Along,     ///< a picture that is cut like the source: a mask
+    Placed,    ///< a picture that lies at the position: a fill
+    Position,  ///< the point where placed pictures lie
+    Extent,    ///< the point that says how much of placed pictures counts
+};
+
 /// What a new effect has; nothing for pictures and where it is not known.
 using Default = std::variant<std::monostate, std::int64_t, double, bool, Point>;
 
@@ -42,6 +51,7 @@ struct Property {
     std::string word;  ///< unique in the effect: value
     std::string description;
     Type type = Type::Other;
+    Role role = Role::None;
     bool inherited = false;       ///< from the base class, as all effects have it
     bool refusesDefault = false;  ///< the effect gives no picture until it is set
     std::optional<int> position;  ///< for those that people give without a name

@@ -118,7 +118,7 @@ TEST(CatalogueJson, SaysWhatTheCatalogueSays) {
 }
 
 TEST(CatalogueJson, HasTheFieldsOfEachType) {
-    const CatalogueOf all({});
+    const CatalogueOf all({kOddEffects});
     const Json json = Json::parse(all.catalogue->Json());
     const auto property = [&](std::size_t effect, std::size_t index) {
         return json["effects"][effect]["properties"][index];
@@ -126,7 +126,22 @@ TEST(CatalogueJson, HasTheFieldsOfEachType) {
     EXPECT_EQ(property(3, 2), Json::parse(R"({
         "name": "SepiaValue", "word": "value", "type": "Integer", "description": "How strong the tone is.",
         "readOnly": false, "inherited": false, "position": 0, "default": 0, "refusesDefault": true,
-        "range": {"low": 10, "high": 55}, "bounds": null, "constants": []})"));
+        "range": {"low": 10, "high": 55}, "bounds": null, "role": null, "constants": []})"));
+    const struct {
+        const char *effect, *property, *role;
+    } kRoles[] = {{"blend", "FillPicture", "placed"}, {"blend", "FillMask", "placed"},
+                  {"blend", "Location", "position"},  {"blend", "Size", "extent"},
+                  {"sepia", "Mask", "along"},         {"needy", "Over", "along"},
+                  {"blend", "BlendMode", nullptr}};
+    for (const auto& expected : kRoles) {
+        Json role = "missing";
+        for (const Json& effect : json["effects"]) {
+            for (const Json& each : effect["properties"]) {
+                if (effect["word"] == expected.effect && each["name"] == expected.property) role = each["role"];
+            }
+        }
+        EXPECT_EQ(role, expected.role ? Json(expected.role) : Json()) << expected.effect << " " << expected.property;
+    }
     Json mode = property(4, 0);
     EXPECT_EQ(mode["constants"].size(), 24u);
     EXPECT_EQ(mode["constants"][3], Json::parse(R"({"name": "MODE_OVERLAY", "word": "overlay", "value": 3})"));

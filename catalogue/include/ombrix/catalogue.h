@@ -11,6 +11,7 @@
 
 #include "ombrix/api.h"
 #include "ombrix/host.h"
+#include "ombrix/parts.h"
 
 namespace ombrix::catalogue {
 
@@ -31,6 +32,12 @@ struct Bounds {
     double high;
 };
 
+/// Nothing has the name; the sentence names the most similar that there is.
+class OMBRIX_API NotFound : public host::Error {
+  public:
+    using host::Error::Error;
+};
+
 /// A number that an Integer property is meant to have.
 struct Constant {
     std::string name;  ///< as registered: MODE_OVERLAY
@@ -40,6 +47,10 @@ struct Constant {
 
 /// The constant that is meant by its name or word, in any case, or null. "color-dodge" is color_dodge.
 OMBRIX_API const Constant* FindConstant(const std::vector<Constant>& constants, std::string_view given);
+
+/// What an Integer with these constants takes instead of `text`, which is none, with the most similar constants: "a
+/// whole number or the name of a constant such as overlay".
+OMBRIX_API std::string IntegerForms(const std::string& text, const std::vector<Constant>& constants);
 
 struct Property {
     std::string name;         ///< as registered: SepiaValue
@@ -90,6 +101,8 @@ class OMBRIX_API Catalogue {
     const std::vector<Effect>& Effects() const;
     /// By class or word, with or without the ending "Effect", in any case. Null when there is none.
     const Effect* Find(std::string_view name) const;
+    /// A NotFound when there is none.
+    const Effect& Named(std::string_view name) const;
 
     /// Of any class or property; empty when there is none. `declaring`: the class whose record has the property.
     std::string Description(const host::ClassInfo& type) const;
@@ -126,6 +139,8 @@ class OMBRIX_API Effect {
     const std::vector<Property>& Properties() const;
     /// By name or word, in any case. Null when there is none.
     const Property* FindProperty(std::string_view nameOrWord) const;
+    /// A NotFound when there is none.
+    const Property& PropertyNamed(std::string_view nameOrWord) const;
     /// Those that people give without names, in this order.
     const std::vector<const Property*>& ByPosition() const;
 
@@ -142,6 +157,8 @@ class OMBRIX_API Effect {
     /// its result over the whole, when masks are cut like the source, and fills moved. Tried with all its values and
     /// pictures; false also when the effect never works.
     bool WorksPixelByPixel() const;
+    /// What its pictures and points are in that work; none where it does not work so.
+    const PartRoles& RolesInParts() const;
     /// Whether a 32-bit result has the source's alpha, and its colours do not depend on it: the fourth byte of each
     /// pixel can be anything. Tried, and false, likewise.
     bool KeepsAlpha() const;

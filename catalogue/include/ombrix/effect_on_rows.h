@@ -60,7 +60,8 @@ class OMBRIX_API EffectOnRows {
     void Apply(const host::Rows& source, const host::Rows& destination);
 
     /// The passes over all pixels that Apply takes beside the effect's own: 0 when it works on the rows as they lie.
-    /// Passes over the pictures of properties are not among them, nor are those over a few pixels that save a call. BadRows as for Apply.
+    /// Passes over the pictures of properties are not among them, nor are those over a few pixels that save a call.
+    /// BadRows as for Apply.
     int CopyingPasses(const host::Rows& source, const host::Rows& destination);
 
   private:
