@@ -12,7 +12,7 @@ namespace {
 
 bool IsPlain(char c) { return ContinuesName(c) || std::string_view("-./:=,+@%").find(c) != std::string_view::npos; }
 
-bool IsControl(char c) { return (c >= 0 && c < ' ') || c == 127; }
+bool IsControl(char c) { return static_cast<unsigned char>(c) < ' ' || c == 127; }
 
 /// $'...', with numbers for all that is not plain ASCII.
 std::string Escaped(std::string_view word) {

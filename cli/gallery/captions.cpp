@@ -45,7 +45,7 @@ std::string Displayed(const fs::path& file) {
     std::string text = valid;
     g_free(valid);
     std::replace_if(
-        text.begin(), text.end(), [](char c) { return (c >= 0 && c < ' ') || c == 127; }, ' ');
+        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < ' ' || c == 127; }, ' ');
     return text;
 }
 

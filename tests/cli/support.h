@@ -17,7 +17,14 @@ namespace ombrix::test {
 
 namespace fs = std::filesystem;
 
-inline constexpr const char* kCommand = OMBRIX_BUILD_DIR "/ombrix";
+inline constexpr const char* kCommand = OMBRIX_COMMAND;
+
+/// Whether the command runs on a processor that is not the machine's.
+#ifdef OMBRIX_EMULATED
+inline constexpr bool kEmulated = true;
+#else
+inline constexpr bool kEmulated = false;
+#endif
 
 /// The result of running a program.
 struct Outcome {

@@ -74,6 +74,7 @@ TEST_F(SupervisorTest, EffectsThatMisbehave) {
              {"8", {}, "the work was killed"},
              {"11", {}, "the plug-in of HostileEffect crashed"},
          }) {
+        if (kEmulated && each.deed == std::string("7")) continue;  // the emulator crashes when it is looked at
         std::vector<std::string> words = Hostile(each.deed, "in.png");
         words.insert(words.end(), each.options.begin(), each.options.end());
         ExpectFailure(words, each.part);
@@ -91,7 +92,8 @@ TEST_F(SupervisorTest, LimitsGoByTheSizeOfTheFile) {
     if (OMBRIX_SANITIZED) GTEST_SKIP() << "sanitizers take any amount of memory, and time";
     ExpectFailure(Hostile("2", "in.png"), "HostileEffect takes longer than 4.5 seconds, too long for files");
     ExpectFailure(Hostile("12", "in.png"), "HostileEffect needs more than the 900 MB of memory");
-    ExpectFailure(Hostile("13", "in.png"), "the plug-in of HostileEffect crashed");
+    // An emulator takes the limit for itself.
+    if (!kEmulated) ExpectFailure(Hostile("13", "in.png"), "the plug-in of HostileEffect crashed");
     Noise(2000).write_to_file(Path("large.png").c_str());
     ExpectFailure(Hostile("13", "large.png"), "HostileEffect gave no picture");
 }
@@ -108,6 +110,7 @@ TEST_F(SupervisorTest, FilesCutShortAreDamagedOrTakenAsFarAsTheyGo) {
     for (const std::string kind :
          {"png", "jpg", "tif", "webp", "gif", "ppm", "bmp", "jp2", "jxl", "heic", "avif", "v", "hdr", "pfm", "fits"}) {
         SCOPED_TRACE(kind);
+        if (kEmulated && kind == "bmp") continue;  // its library looks for its modules past the emulator
         const std::string whole = "written/whole." + kind, cut = "written/cut." + kind;
         VImage picture = VImage::new_from_file(Path("whole.png").c_str());
         if (kind == "hdr" || kind == "pfm") picture = picture.cast(VIPS_FORMAT_FLOAT);
@@ -165,6 +168,7 @@ TEST_F(SupervisorTest, FilesCutShortAreDamagedOrTakenAsFarAsTheyGo) {
                                                    element(5, std::string("\x28\0\0\0\x28\0\0\0", 8)) +
                                                    element(1, "picture8") + element(2, std::string(1600, '\x22')));
     for (const auto& [name, bytes] : {std::pair("plain.sgi", sgi), std::pair("plain.mat", matlab)}) {
+        if (kEmulated && name == std::string("plain.sgi")) continue;  // as bmp
         Write(name, bytes);
         const Outcome whole = Run({"apply", "invert", name, "all.png", "--all-loaders", "--force"});
         EXPECT_EQ(whole.status, 0) << whole.err;
