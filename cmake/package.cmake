@@ -13,8 +13,14 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR})
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 
-set(CPACK_COMPONENTS_ALL command runtime development sdk python)
-foreach(component command runtime development python)
+set(bridges)
+foreach(bridge vips frei0r gegl)
+    if(TARGET ombrix_${bridge})
+        list(APPEND bridges ${bridge})
+    endif()
+endforeach()
+set(CPACK_COMPONENTS_ALL command runtime development sdk python ${bridges})
+foreach(component command runtime development python ${bridges})
     string(TOUPPER ${component} upper)
     set(CPACK_COMPONENT_${upper}_GROUP ${component})
 endforeach()
@@ -54,6 +60,10 @@ ombrix_package(development libombrix-dev libdevel "image effects for programs - 
 ombrix_package(python python3-ombrix python "image effects for Python"
     "This package has the effects as Python classes, for NumPy arrays and images."
     "python3 (>= 3.9), libombrix0 ${same}")
+if(vips IN_LIST bridges)
+    ombrix_package(vips libvips-ombrix libs "image effects for libvips"
+        "This package has the effects as operations of libvips." "libombrix0 ${same}")
+endif()
 set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "python3-numpy, python3-pil")

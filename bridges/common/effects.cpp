@@ -82,7 +82,11 @@ Effect EffectFrom(const Json& json) {
 }  // namespace
 
 void Check(ombrix_status status) {
-    if (status != OMBRIX_OK) throw Error(ombrix_last_error());
+    if (status != OMBRIX_OK) throw Error(ombrix_last_error(), status);
+}
+
+std::string WithoutStop(const std::string& description) {
+    return description.ends_with('.') ? description.substr(0, description.size() - 1) : description;
 }
 
 std::vector<Effect> ReadEffects() {
@@ -90,7 +94,8 @@ std::vector<Effect> ReadEffects() {
     Check(ombrix_catalogue(&text));
     const std::unique_ptr<char, decltype(&ombrix_free)> owned(text, ombrix_free);
     std::vector<Effect> effects;
-    for (const Json& effect : Json::parse(text).at("effects")) effects.push_back(EffectFrom(effect));
+    const Json catalogue = Json::parse(text);
+    for (const Json& effect : catalogue.at("effects")) effects.push_back(EffectFrom(effect));
     return effects;
 }
 

@@ -15,10 +15,13 @@
 
 namespace ombrix::bridge {
 
-/// What a function of the C interface said when it failed.
+/// What a function of the C interface said when it failed, and what a bridge refuses itself.
 class Error : public std::runtime_error {
   public:
-    using std::runtime_error::runtime_error;
+    explicit Error(const std::string& sentence, ombrix_status given = OMBRIX_INVALID_ARGUMENT)
+        : std::runtime_error(sentence), status(given) {}
+
+    const ombrix_status status;
 };
 
 struct Constant {
@@ -95,6 +98,9 @@ class Object {
     };
     std::unique_ptr<ombrix_effect, Free> effect_;
 };
+
+/// A description as part of a line.
+std::string WithoutStop(const std::string& description);
 
 /// Throws an Error with the sentence of the call unless it is OMBRIX_OK.
 void Check(ombrix_status status);
