@@ -5,6 +5,7 @@
 #include "catalogue/constants.h"
 #include "catalogue/effect_state.h"
 #include "catalogue/needs.h"
+#include "catalogue/shape_mask.h"
 #include "catalogue/values.h"
 #include "catalogue/words.h"
 #include "text/names.h"
@@ -117,6 +118,16 @@ const PixelWork& Effect::State::Work() {
     return *work_;
 }
 
+const std::optional<ShapeMask>& Effect::State::ShapeMaskOf(const Property& property) {
+    if (const auto known = shapes_.find(&property); known != shapes_.end()) return known->second;
+    const std::optional<ShapeMask> none;
+    return shapes_
+        .emplace(&property, text::SameName(property.type, "Picture")
+                                ? FoundOr(none, [&] { return FindShapeMask(host, type, property.name); })
+                                : none)
+        .first->second;
+}
+
 Effect::Effect(std::unique_ptr<State> state) : state_(std::move(state)) {}
 Effect::Effect(Effect&&) noexcept = default;
 Effect::~Effect() = default;
@@ -153,6 +164,9 @@ const std::vector<Constant>& Effect::ConstantsOf(const Property& property) const
 const Values& Effect::ValuesOf(const Property& property) const { return state_->ValuesOf(property); }
 const Needs& Effect::WhatItNeeds() const { return state_->WhatItNeeds(); }
 bool Effect::WorksPixelByPixel() const { return state_->Work().isPixelByPixel; }
+const std::optional<ShapeMask>& Effect::ShapeMaskOf(const Property& property) const {
+    return state_->ShapeMaskOf(property);
+}
 const PartRoles& Effect::RolesInParts() const { return state_->Work().roles; }
 bool Effect::KeepsAlpha() const { return state_->Work().keepsAlpha; }
 

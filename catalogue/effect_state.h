@@ -22,6 +22,7 @@ struct Effect::State {
     const Values& ValuesOf(const Property& property);
     const Needs& WhatItNeeds();
     const PixelWork& Work();
+    const std::optional<ShapeMask>& ShapeMaskOf(const Property& property);
 
     host::Host& host;
     const host::ClassInfo& type;
@@ -38,6 +39,7 @@ struct Effect::State {
     std::map<const Property*, Values> values_;
     std::optional<Needs> needs_;
     std::optional<PixelWork> work_;
+    std::map<const Property*, std::optional<ShapeMask>> shapes_;
 };
 
 }  // namespace ombrix::catalogue

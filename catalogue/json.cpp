@@ -37,6 +37,13 @@ Json RoleOf(const Effect& effect, const Property& property) {
     return {};
 }
 
+/// Of a placed picture: the mask that can show its shape.
+Json ShapeOf(const Effect& effect, const Property& property) {
+    if (RoleOf(effect, property) != "placed") return {};
+    const std::optional<ShapeMask>& mask = effect.ShapeMaskOf(property);
+    return mask ? Json{{"property", mask->property}, {"whiteHides", mask->whiteHides}} : Json();
+}
+
 Json ToJson(const Effect& effect, const Property& property) {
     const Values& values = effect.ValuesOf(property);
     const auto& positions = effect.ByPosition();
@@ -57,6 +64,7 @@ Json ToJson(const Effect& effect, const Property& property) {
             {"range", values.range ? ToJson(*values.range) : Json()},
             {"bounds", values.bounds ? Json{{"low", values.bounds->low}, {"high", values.bounds->high}} : Json()},
             {"role", RoleOf(effect, property)},
+            {"shapeMask", ShapeOf(effect, property)},
             {"constants", std::move(constants)}};
 }
 

@@ -4,20 +4,13 @@
 #include <optional>
 #include <string>
 
-#include "ombrix/api.h"
-#include "ombrix/host.h"
+#include "ombrix/catalogue.h"
 
 namespace ombrix::catalogue {
-/// A picture property whose pixels say how much of another picture shows at the same coordinates.
-struct ShapeMask {
-    std::string property;
-    bool whiteHides;  ///< otherwise black does
-};
 
-/// The mask of the pictures that a property takes, found by trying all other properties on an otherwise new object:
+/// What Effect::ShapeMaskOf says, found by trying all other properties on an otherwise new object:
 /// one half of a mask has to show the result without it, the other half the source. Both are allowed to be off by
 /// one level in each channel, as masks weigh in 256ths. Nothing when no property does that.
-OMBRIX_API std::optional<ShapeMask> FindShapeMask(host::Host& host, const host::ClassInfo& type,
-                                                  const std::string& property);
+std::optional<ShapeMask> FindShapeMask(host::Host& host, const host::ClassInfo& type, const std::string& property);
 
 }  // namespace ombrix::catalogue

@@ -54,6 +54,9 @@ Property PropertyFrom(const Json& json) {
     json.at("description").get_to(property.description);
     property.type = TypeNamed(json.at("type").get<std::string>());
     property.role = RoleNamed(json.at("role"));
+    if (const Json& mask = json.at("shapeMask"); !mask.is_null()) {
+        property.shapeMask = ShapeMask{mask.at("property"), mask.at("whiteHides")};
+    }
     json.at("inherited").get_to(property.inherited);
     json.at("refusesDefault").get_to(property.refusesDefault);
     if (!json.at("position").is_null()) property.position = json.at("position").get<int>();

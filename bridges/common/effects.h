@@ -49,6 +49,12 @@ enum class Role {
 /// What a new effect has; nothing for pictures and where it is not known.
 using Default = std::variant<std::monostate, std::int64_t, double, bool, Point>;
 
+/// The mask that shows the shape of a placed picture.
+struct ShapeMask {
+    std::string property;
+    bool whiteHides = false;  ///< otherwise black does
+};
+
 struct Property {
     std::string name;  ///< as registered: SepiaValue
     std::string word;  ///< unique in the effect: value
@@ -62,6 +68,7 @@ struct Property {
     std::optional<std::pair<std::int64_t, std::int64_t>> range;  ///< of an Integer, when both ends are known
     std::optional<std::pair<double, double>> bounds;             ///< of a Number
     std::vector<Constant> constants;
+    std::optional<ShapeMask> shapeMask;
 };
 
 struct Effect {

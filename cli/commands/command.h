@@ -51,6 +51,7 @@ std::unique_ptr<Command> MakeApply();
 std::unique_ptr<Command> MakeCall();
 std::unique_ptr<Command> MakeList();
 std::unique_ptr<Command> MakeGallery();
+std::unique_ptr<Command> MakeFrei0r();
 std::unique_ptr<Command> MakeCompletion();
 
 /// In the order of the help.

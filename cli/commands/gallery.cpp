@@ -1,6 +1,5 @@
 // ombrix gallery: a picture under every effect, as a page and as a contact sheet.
 
-#include <fstream>
 #include <optional>
 
 #include "cli/commands/command.h"
@@ -38,13 +37,6 @@ constexpr const char* kUsage = R"(  ombrix gallery PICTURE [--fill FILE] [--mask
 constexpr int kPictures = 40;  // about as many effects and modes as plug-ins have
 
 const Command::About kAbout = {"gallery", "Show a picture under every effect", {kHelp, kUsage}};
-
-void WriteText(const std::string& text, OutputFile& file) {
-    std::ofstream stream(file.NameOfDescriptor(), std::ios::binary);
-    stream.write(text.data(), static_cast<std::streamsize>(text.size()));
-    stream.close();
-    if (!stream) throw WorkError(file.Target().string() + " cannot be written: the disk may be full");
-}
 
 class Gallery : public Command {
   public:
@@ -111,7 +103,7 @@ class Gallery : public Command {
         try {
             const Originals originals(session, request_.picture, request_.fill, request_.mask, request_.size);
             const GalleryContent content = MakeContent(session, request_, originals);
-            if (page) WriteText(LayOutPage(content), *page);
+            if (page) page->Write(LayOutPage(content));
             if (sheet) sheet->Write(session, LayOutSheet(session, content), {});
         } catch (const vips::VError&) {
             throw WorkError("the gallery cannot be made: " + TakeLibraryMessage());

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
+#include <fstream>
 #include <random>
 #include <system_error>
 #include <utility>
@@ -190,6 +191,13 @@ void OutputFile::CopyOut() const {
     } catch (const std::system_error& failure) {
         throw WorkError("standard output cannot be written (" + failure.code().message() + ")");
     }
+}
+
+void OutputFile::Write(std::string_view bytes) {
+    std::ofstream stream(NameOfDescriptor(), std::ios::binary);
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    stream.close();
+    if (!stream) throw WorkError(Target().string() + " cannot be written: the disk may be full");
 }
 
 void OutputFile::Commit() {

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "cli/supervisor/cleanup.h"
 
@@ -41,6 +42,9 @@ class OutputFile {
     int Descriptor() const { return file_; }
     /// For writers that take names only: a name of the descriptor in this process.
     std::filesystem::path NameOfDescriptor() const;
+
+    /// For what is no image. A WorkError when the disk is full.
+    void Write(std::string_view bytes);
 
     /// Puts the written file in the target's place. A WorkError leaves all as it was.
     void Commit();

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "catalogue/shape_mask.h"
 #include "cli/supervisor/progress_of_work.h"
+#include "ombrix/catalogue.h"
 #include "text/names.h"
 
 namespace ombrix::cli {
@@ -38,7 +38,8 @@ void ShowShape(Session& session, const host::ClassInfo& type, std::size_t index,
     const StepPicture picture = pictures[index];
     const auto mask = [&] {
         const Doing trying(Activity::Effect, type.name);
-        return catalogue::FindShapeMask(session.host, type, picture.property);
+        const catalogue::Effect& effect = session.catalogue.Named(type.name);
+        return effect.ShapeMaskOf(effect.PropertyNamed(picture.property));
     }();
     if (!mask) {
         session.console.Note(picture.image.file.string() + " is transparent in parts, which " + picture.property +

@@ -126,7 +126,7 @@ TEST(CatalogueJson, HasTheFieldsOfEachType) {
     EXPECT_EQ(property(3, 2), Json::parse(R"({
         "name": "SepiaValue", "word": "value", "type": "Integer", "description": "How strong the tone is.",
         "readOnly": false, "inherited": false, "position": 0, "default": 0, "refusesDefault": true,
-        "range": {"low": 10, "high": 55}, "bounds": null, "role": null, "constants": []})"));
+        "range": {"low": 10, "high": 55}, "bounds": null, "role": null, "shapeMask": null, "constants": []})"));
     const struct {
         const char *effect, *property, *role;
     } kRoles[] = {{"blend", "FillPicture", "placed"}, {"blend", "FillMask", "placed"},
@@ -142,6 +142,7 @@ TEST(CatalogueJson, HasTheFieldsOfEachType) {
         }
         EXPECT_EQ(role, expected.role ? Json(expected.role) : Json()) << expected.effect << " " << expected.property;
     }
+    EXPECT_EQ(property(4, 1)["shapeMask"], Json::parse(R"({"property": "FillMask", "whiteHides": true})"));
     Json mode = property(4, 0);
     EXPECT_EQ(mode["constants"].size(), 24u);
     EXPECT_EQ(mode["constants"][3], Json::parse(R"({"name": "MODE_OVERLAY", "word": "overlay", "value": 3})"));

@@ -18,7 +18,7 @@ FILES = ["photo.jpg", "two words.png", "vignette.png"]
 # What is typed, and what may stand in place of its last word.
 LINES = [
     ("se", ["sepia"]),
-    ("", ["apply", "call", "completion", "gallery", "list", *EFFECTS]),
+    ("", ["apply", "call", "completion", "frei0r", "gallery", "list", *EFFECTS]),
     ("apply ", EFFECTS),
     ("sepia 30 photo.jpg --then inv", ["invert"]),
     ("--plugin POSTERIZE post", ["posterize"]),

@@ -71,6 +71,12 @@ struct Values {
     bool refusesInitial = false;      ///< the effect gives no picture until the property is set
 };
 
+/// A picture property whose pixels say how much of another picture shows at the same coordinates.
+struct ShapeMask {
+    std::string property;
+    bool whiteHides;  ///< otherwise black does
+};
+
 /// What a new object has to be given before it works.
 struct Needs {
     /// A value somewhere in a property's range.
@@ -159,6 +165,9 @@ class OMBRIX_API Effect {
     bool WorksPixelByPixel() const;
     /// What its pictures and points are in that work; none where it does not work so.
     const PartRoles& RolesInParts() const;
+    /// The mask of the pictures that a property takes, which can show a transparent picture's shape. Nothing when there
+    /// is none, or the property is no picture.
+    const std::optional<ShapeMask>& ShapeMaskOf(const Property& property) const;
     /// Whether a 32-bit result has the source's alpha, and its colours do not depend on it: the fourth byte of each
     /// pixel can be anything. Tried, and false, likewise.
     bool KeepsAlpha() const;
