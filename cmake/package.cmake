@@ -68,6 +68,10 @@ if(frei0r IN_LIST bridges)
     ombrix_package(frei0r frei0r-plugins-ombrix video "image effects for video programs"
         "This package has the effects as frei0r plug-ins." "libombrix0 ${same}")
 endif()
+if(gegl IN_LIST bridges)
+    ombrix_package(gegl gegl-plugins-ombrix graphics "image effects for GEGL"
+        "This package has the effects as operations of GEGL." "libombrix0 ${same}")
+endif()
 set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "python3-numpy, python3-pil")
