@@ -22,50 +22,10 @@ std::string NameOf(const Property& property, Coordinate coordinate) {
     return property.word + (isX ? "_x" : "_y");
 }
 
-gboolean AcceptAnything(GParamSpec*, GValue*) { return FALSE; }
-
-/// A type of specification that is as `parent`, but takes any value.
-GType UncheckedType(const char* name, GType parent) {
-    GTypeQuery size;
-    g_type_query(parent, &size);
-    const auto initialise = [](gpointer type, gpointer) { G_PARAM_SPEC_CLASS(type)->value_validate = AcceptAnything; };
-    const GTypeInfo info{.class_size = static_cast<guint16>(size.class_size),
-                         .base_init = nullptr,
-                         .base_finalize = nullptr,
-                         .class_init = initialise,
-                         .class_finalize = nullptr,
-                         .class_data = nullptr,
-                         .instance_size = static_cast<guint16>(size.instance_size),
-                         .n_preallocs = 0,
-                         .instance_init = nullptr,
-                         .value_table = nullptr};
-    return g_type_register_static(parent, name, &info, GTypeFlags{});
-}
-
 struct Texts {
     const char *name, *nick, *about;
 };
 constexpr auto kReadWrite = static_cast<GParamFlags>(G_PARAM_READWRITE);
-
-GParamSpec* IntegerSpec(const Texts& texts, int low, int high, int initial) {
-    static const GType type = UncheckedType("OmbrixParamInt", G_TYPE_PARAM_INT);
-    auto* spec =
-        static_cast<GParamSpecInt*>(g_param_spec_internal(type, texts.name, texts.nick, texts.about, kReadWrite));
-    spec->minimum = low;
-    spec->maximum = high;
-    spec->default_value = initial;
-    return G_PARAM_SPEC(spec);
-}
-
-GParamSpec* NumberSpec(const Texts& texts, double low, double high, double initial) {
-    static const GType type = UncheckedType("OmbrixParamDouble", G_TYPE_PARAM_DOUBLE);
-    auto* spec =
-        static_cast<GParamSpecDouble*>(g_param_spec_internal(type, texts.name, texts.nick, texts.about, kReadWrite));
-    spec->minimum = low;
-    spec->maximum = high;
-    spec->default_value = initial;
-    return G_PARAM_SPEC(spec);
-}
 
 /// Words are taken as they are and as libvips spells its own, with hyphens.
 GType EnumType(const Effect& effect, const Property& property) {
@@ -103,9 +63,26 @@ GParamSpec* IntegerSpec(const Effect& effect, const Property& property, const Te
         return g_param_spec_enum(texts.name, texts.nick, texts.about, type,
                                  isKnown ? initial : Clamped(property.constants.front().value), kReadWrite);
     }
-    const auto range = property.range.value_or(std::pair<std::int64_t, std::int64_t>{INT_MIN, INT_MAX});
-    const int low = Clamped(range.first), high = Clamped(range.second);
-    return IntegerSpec(texts, low, high, std::clamp(initial, low, high));
+    return g_param_spec_int(texts.name, texts.nick, texts.about, INT_MIN, INT_MAX, initial, kReadWrite);
+}
+
+std::string Shown(double value) {
+    std::string text = std::to_string(value);
+    text.erase(text.find_last_not_of('0') + 1);
+    if (text.ends_with('.')) text.pop_back();
+    return text;
+}
+
+/// The description, with the range that the specification cannot have: GObject would drop a value beyond it, with no
+/// error that a program would see.
+std::string About(const Property& property) {
+    std::string range;
+    if (property.range && property.constants.empty()) {
+        range = std::to_string(property.range->first) + " to " + std::to_string(property.range->second) + ". ";
+    } else if (property.bounds) {
+        range = Shown(property.bounds->first) + " to " + Shown(property.bounds->second) + ". ";
+    }
+    return range + WithoutStop(property.description);
 }
 
 }  // namespace
@@ -131,7 +108,7 @@ std::vector<Argument> ArgumentsOf(const Effect& effect) {
 
 GParamSpec* SpecOf(const Effect& effect, const Argument& argument) {
     const Property& property = *argument.property;
-    const std::string about = WithoutStop(property.description);
+    const std::string about = About(property);
     const Texts texts{argument.name.c_str(), property.name.c_str(), about.c_str()};
     switch (property.type) {
         case Type::Picture:
@@ -139,13 +116,12 @@ GParamSpec* SpecOf(const Effect& effect, const Argument& argument) {
         case Type::Boolean:
             return g_param_spec_boolean(texts.name, texts.nick, texts.about,
                                         InitialOf<bool>(property, false) ? TRUE : FALSE, kReadWrite);
-        case Type::Number: {
-            const auto bounds = property.bounds.value_or(std::pair{-G_MAXDOUBLE, G_MAXDOUBLE});
-            return NumberSpec(texts, bounds.first, bounds.second,
-                              std::clamp(InitialOf<double>(property, 0), bounds.first, bounds.second));
-        }
+        case Type::Number:
+            return g_param_spec_double(texts.name, texts.nick, texts.about, -G_MAXDOUBLE, G_MAXDOUBLE,
+                                       InitialOf<double>(property, 0), kReadWrite);
         case Type::Point:
-            return IntegerSpec(texts, INT_MIN, INT_MAX, InitialCoordinate(argument));
+            return g_param_spec_int(texts.name, texts.nick, texts.about, INT_MIN, INT_MAX, InitialCoordinate(argument),
+                                    kReadWrite);
         default:
             return IntegerSpec(effect, property, texts);
     }

@@ -30,8 +30,7 @@ union Slot {
 /// The arguments that `effect`, which has to outlive them, makes: required pictures first.
 std::vector<Argument> ArgumentsOf(const Effect& effect);
 
-/// For g_object_class_install_property. libvips neither clamps nor drops values that are out of range: the operation
-/// says so.
+/// For g_object_class_install_property. It takes any number: CheckValue refuses those that are out of range.
 GParamSpec* SpecOf(const Effect& effect, const Argument& argument);
 
 /// Of an argument that is a coordinate: what it is unless given.
