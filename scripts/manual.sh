@@ -71,7 +71,7 @@ page() {
     # line by line.
     help2man --no-info --name "$summary" --version-string "${version#ombrix }" --include "$work/include" \
         "$work/ombrix${1:+ $1}" |
-        sed -e "s/^\.TH [A-Z]* /.TH ${name^^} /; s/^ombrix[^ ]*\( [a-z_]*\)\? \\\\- /$name \\\\- /" \
+        sed -e "s/^\.TH [A-Z]* /.TH ${name^^} /; s/^ombrix[^ ]*\( [a-z0-9_]*\)\? \\\\- /$name \\\\- /" \
             -e 's/^\.SS "\(Commands\|Effects\|Values\|Usage\):"$/.SH \U\1/' \
             -e '/^\.SH EXAMPLES/,/^\.\(SH\|SS\|PP\)/ { s/^\.IP$/.nf/; s/^\(ombrix .*\|source .*\)/    \1/ }' |
         awk '/^\.nf$/ { open = 1 } /^\.(SH|SS|PP)/ && open { print ".fi"; open = 0 } { print } END { if (open) print ".fi" }' |

@@ -14,7 +14,8 @@ Candidates Command::Words(const host::Host&, const catalogue::Catalogue&, const 
 
 std::vector<std::unique_ptr<Command>> MakeCommands() {
     std::vector<std::unique_ptr<Command>> commands;
-    for (const auto make : {MakeApply, MakeCall, MakeList, MakeGallery, MakeFrei0r, MakeCompletion}) commands.push_back(make());
+    for (const auto make : {MakeApply, MakeCall, MakeList, MakeGallery, MakeFrei0r, MakeCompletion})
+        commands.push_back(make());
     return commands;
 }
 
