@@ -18,7 +18,7 @@ BenchPicture* new_picture = nullptr;
 
 double Version() { return 2024.0; }
 
-std::int64_t RegisterClass(REALclassDefinition* record) {
+std::int32_t RegisterClass(REALclassDefinition* record) {
     record->dataOffset = kHeaderSize;
     if (record->superclass) {
         const REALclassDefinition* super = classes.at(record->superclass);
@@ -28,7 +28,7 @@ std::int64_t RegisterClass(REALclassDefinition* record) {
     return 1;
 }
 
-std::int64_t RegisterModule(REALmoduleDefinition*) { return 1; }
+std::int32_t RegisterModule(REALmoduleDefinition*) { return 1; }
 
 // Any address but null stands for the class Picture.
 REALclassRef ClassRef(const char*) { return reinterpret_cast<REALclassRef>(&classes); }

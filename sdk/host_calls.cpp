@@ -28,8 +28,8 @@ class HostEntry<Result(Arguments...)> {
     Result (*entry_)(Arguments...) = nullptr;
 };
 
-constinit HostEntry<void(REALclassDefinition*)> pRegisterClass("PluginRegisterClass");
-constinit HostEntry<void(REALmoduleDefinition*)> pRegisterModule("PluginRegisterModule");
+constinit HostEntry<std::int32_t(REALclassDefinition*)> pRegisterClass("PluginRegisterClass");
+constinit HostEntry<std::int32_t(REALmoduleDefinition*)> pRegisterModule("PluginRegisterModule");
 constinit HostEntry<double()> pGetRBVersion("REALGetRBVersion");
 constinit HostEntry<REALclassRef(const char*)> pGetClassRef("pluginObjectType");
 constinit HostEntry<REALobjectStruct*(REALclassRef)> pnewInstanceWithClass("CreateInstance");

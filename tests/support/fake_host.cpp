@@ -41,7 +41,7 @@ void Allocate(FakePicture& picture, std::int64_t width, std::int64_t height, std
 void RegisterPluginVersion(int version) { current->announcedVersion = version; }
 double Version() { return current->version; }
 
-std::int64_t RegisterClass(REALclassDefinition* record) {
+std::int32_t RegisterClass(REALclassDefinition* record) {
     record->dataOffset = 16;
     if (record->superclass) {
         const REALclassDefinition* super = current->classes.at(record->superclass);
@@ -52,7 +52,7 @@ std::int64_t RegisterClass(REALclassDefinition* record) {
     return 1;
 }
 
-std::int64_t RegisterModule(REALmoduleDefinition* record) {
+std::int32_t RegisterModule(REALmoduleDefinition* record) {
     current->modules[record->name] = record;
     current->registered.push_back(std::string("module ") + record->name);
     return 1;

@@ -30,8 +30,8 @@ struct Services {
         find(unlockObject, "REALUnlockObject");
     }
 
-    void (*registerClass)(REALclassDefinition*);
-    void (*registerModule)(REALmoduleDefinition*);
+    std::int32_t (*registerClass)(REALclassDefinition*);
+    std::int32_t (*registerModule)(REALmoduleDefinition*);
     void (*registerPluginVersion)(std::int32_t);
     double (*version)();
     REALclassRef (*findClass)(const char*);
