@@ -43,6 +43,9 @@ std::vector<Setting> SettingsOf(const Effect& effect) {
             settings.push_back({property.word + "_y", &property, Coordinate::Y});
         }
     }
+    // In the order of the editor's sliders.
+    std::ranges::stable_sort(settings, {},
+                             [](const Setting& each) { return each.property->position.value_or(INT_MAX); });
     return settings;
 }
 

@@ -2,6 +2,7 @@
 
 #include <ombrix/parts.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -55,14 +56,39 @@ Work::Work(const Effect& effect, VImage source, const Settings& settings)
         extra_ = source_.extract_band(3, VImage::option()->set("n", more));
         source_ = Colours(source_);
     }
-    for (const auto& [property, image] : settings.pictures) {
-        pictures_.push_back({property, Colours(InColours(image))});
-        const VImage& picture = pictures_.back().image;
+    for (const auto& [property, image] : settings.pictures) pictures_.push_back({property, InColours(image)});
+    for (std::size_t i = 0; i < pictures_.size(); ++i) ShowShape(i);
+    for (auto& [property, image] : pictures_) {
+        image = Colours(image);
         if (property->role != Role::Along) continue;
-        if (picture.width() < source_.width() || picture.height() < source_.height()) {
-            throw Error(property->word + " is " + SizeOf(picture) + ", smaller than the input, " + SizeOf(source_));
+        if (image.width() < source_.width() || image.height() < source_.height()) {
+            throw Error(property->word + " is " + SizeOf(image) + ", smaller than the input, " + SizeOf(source_));
         }
     }
+}
+
+void Work::ShowShape(std::size_t index) {
+    const auto [shown, image] = pictures_[index];
+    if (!shown->shapeMask || image.bands() < 4) return;
+    const std::string& name = shown->shapeMask->property;
+    const bool whiteHides = shown->shapeMask->whiteHides;
+    const auto given = std::ranges::find(pictures_, name, [](const Picture& each) { return each.property->name; });
+    VImage visible = image[3];
+    if (given != pictures_.end()) {
+        // Of other sizes they are for the effect to judge.
+        if (given->image.width() != image.width() || given->image.height() != image.height()) return;
+        const VImage red = given->image[0];
+        visible = (visible * (whiteHides ? red.invert() : red) / 255.0).rint().cast(VIPS_FORMAT_UCHAR);
+    }
+    const VImage grey = whiteHides ? visible.invert() : visible;
+    const VImage mask =
+        VImage::bandjoin({grey, grey, grey}).copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
+    if (given != pictures_.end()) {
+        given->image = mask;
+        return;
+    }
+    const auto property = std::ranges::find(effect_.properties, name, &Property::name);
+    if (property != effect_.properties.end()) pictures_.push_back({&*property, mask});
 }
 
 VImage Work::Result() {

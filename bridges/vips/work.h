@@ -31,6 +31,8 @@ class Work {
     };
     struct Sequence;
 
+    /// Has a mask show what of a transparent picture shows.
+    void ShowShape(std::size_t index);
     bool CanGoByRegions() const;
     vips::VImage ByRegions();
     vips::VImage AsAWhole() const;

@@ -108,6 +108,10 @@ class Vips(unittest.TestCase):
                     if expected.ndim < got.ndim:
                         expected = numpy.stack([expected] * 3, -1)
                     numpy.testing.assert_array_equal(got, expected)
+        # A transparent fill shows its shape.
+        self.run_program("vips", "ombrix_blend", PHOTO, "alpha.png", "got.png", "--mode", "hue", "--x", "30")
+        expected = self.command("blend hue alpha.png Location=30,0", PHOTO)
+        numpy.testing.assert_array_equal(pixels(self.folder / "got.png"), expected)
         # Bands beyond alpha stay too.
         self.run_program("vips", "bandjoin", "alpha.png grey.png", "five.v")
         self.run_program("vips", "ombrix_invert", "five.v", "got.v")
