@@ -59,7 +59,7 @@ fs::path UserDataFolder() {
 
 fs::path StandardPlugin() {
     std::vector<std::string> places;
-    for (const fs::path& folder : OwnFolders()) {
+    for (const fs::path& folder : Host::OwnFolders()) {
         for (const char* place : {"libombrix.so", "ombrix/libombrix.so"}) {
             std::error_code error;
             if (fs::exists(folder / place, error)) return folder / place;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "ombrix/host.h"
 #include "platform/bitmap_context.h"
 
 namespace ombrix::host {
@@ -20,7 +21,7 @@ fs::path ObjectFileOf(void* function) {
     return error ? fs::path() : folder / file.filename();
 }
 
-std::vector<fs::path> OwnFolders() {
+std::vector<fs::path> Host::OwnFolders() {
     std::error_code error;
     std::vector<fs::path> folders;
     for (const fs::path& folder : {fs::read_symlink("/proc/self/exe", error).parent_path(),

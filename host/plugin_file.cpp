@@ -2,8 +2,8 @@
 
 #include <dlfcn.h>
 
-#include "host/object_files.h"
 #include "ombrix/error.h"
+#include "ombrix/host.h"
 #include "platform/bitmap_context.h"
 #include "text/phrases.h"
 
@@ -26,7 +26,7 @@ void MakePlatformVisible() {
 fs::path Located(const fs::path& path) {
     std::error_code error;
     if (path.has_parent_path() || fs::exists(path, error)) return path;
-    for (const fs::path& folder : OwnFolders()) {
+    for (const fs::path& folder : Host::OwnFolders()) {
         if (fs::exists(folder / path, error)) return folder / path;
     }
     return path;

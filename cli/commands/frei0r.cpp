@@ -11,7 +11,7 @@
 #include "cli/failure.h"
 #include "cli/images/output_file.h"
 #include "cli/options.h"
-#include "host/object_files.h"
+#include "ombrix/host.h"
 
 namespace ombrix::cli {
 
@@ -36,7 +36,7 @@ constexpr const char* kNotes = "ombrix-plugins.txt";
 
 /// The file that each of them is a copy of.
 fs::path Original() {
-    for (const fs::path& folder : host::OwnFolders()) {
+    for (const fs::path& folder : host::Host::OwnFolders()) {
         for (const char* place : {"ombrix-frei0r.so", "ombrix/ombrix-frei0r.so"}) {
             std::error_code error;
             if (fs::exists(folder / place, error)) return folder / place;

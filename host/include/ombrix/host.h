@@ -79,6 +79,9 @@ class OMBRIX_API Host {
     /// host's library. What is loaded already stays. An Error when the standard plug-in cannot be loaded; others that
     /// cannot be are passed over and returned. A process with more rights than its user ignores the user's folders.
     std::vector<BrokenPlugin> LoadInstalled();
+    /// The folders of the program, of the host's library and of the platform's, in this order and each once, where the
+    /// files that belong to them lie.
+    static std::vector<std::filesystem::path> OwnFolders();
 
     /// A new object of a class, registered or the host's own.
     Object New(std::string_view className);
